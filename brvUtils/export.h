@@ -1,0 +1,14 @@
+#pragma once
+
+/// \file
+/// Marks what the library exports. Everything else stays hidden inside it.
+
+#if defined(_WIN32)
+#  if defined(BRVUTILS_BUILDING)
+#    define BRVUTILS_API __declspec(dllexport)
+#  else
+#    define BRVUTILS_API __declspec(dllimport)
+#  endif
+#else
+#  define BRVUTILS_API __attribute__((visibility("default")))
+#endif
