@@ -1,0 +1,280 @@
+#include "brvUtils/ipc/CompositeShm.h"
+
+#include "brvUtils/core/Errors.h"
+#include "brvUtils/core/internal/TypeName.h"
+#include "brvUtils/ipc/internal/Lock.h"
+#include "brvUtils/ipc/internal/PartTable.h"
+
+#include <Utilities/System.h>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+namespace brvUtils {
+
+namespace {
+
+std::string compositeName(char const* name, short version)
+{
+    return std::string(name) + "_" + std::to_string(version) + "_" + Utilities::System::GetEffectiveUserName();
+}
+
+void reportDeadTaker(const std::string& segment, const std::string& lock, const std::string& taker)
+{
+    // In one piece: other processes may write at the same time.
+    std::cerr << "Shared memory \"" + segment + "\": " + lock + " was held by " + taker + " when it ended, and is free again.\n" << std::flush;
+}
+
+/// The lock under which one process at a time makes or checks a segment.
+class InitLock
+{
+public:
+    InitLock(SemaphoreFactory factory, const std::string& segment)
+        : lock_(factory((segment + " Init Lock").c_str(), true, true))
+    {
+        std::string taker;
+        Lock::Outcome outcome = Lock::Outcome::takerDied;
+        while ((outcome = lock_.take(-1.0, taker)) == Lock::Outcome::takerDied) {
+            reportDeadTaker(segment, "the initialisation lock", taker);
+        }
+        taken_ = outcome == Lock::Outcome::taken;
+    }
+
+    ~InitLock()
+    {
+        if (taken_) {
+            lock_.free();
+        }
+    }
+
+    InitLock(const InitLock&) = delete;
+    InitLock& operator=(const InitLock&) = delete;
+
+private:
+    Lock lock_;
+    bool taken_ = false;
+};
+
+} // namespace
+
+CompositeShm::CompositeShm(ShmFactory shmFactoryToUse, SemaphoreFactory semaphoreFactoryToUse, char const* name, size_t size,
+    short layoutVersion, short shmVersion)
+    : shmFactory(shmFactoryToUse)
+    , semaphoreFactory(semaphoreFactoryToUse)
+    , parts(std::make_unique<PartTable>())
+    , version(layoutVersion)
+{
+    const std::string composite = compositeName(name, layoutVersion);
+    const InitLock initLock(semaphoreFactory, composite);
+    std::printf("Creating composite shared memory \"%s\" v%d\n", composite.c_str(), layoutVersion);
+    shm.reset(shmFactory(composite.c_str(), size + static_cast<size_t>(version.getSize()), shmVersion, true));
+    if (shm == nullptr || shm->getPtr() == nullptr) {
+        throw ConfigurationError("Shared memory \"" + composite + "\" of " + std::to_string(size) + " bytes cannot be created.\n");
+    }
+    if (!addPart(version)) {
+        std::printf("ERROR: Unable to add shmversion for %s.\n", typeName(typeid(CompositeShm*)).c_str());
+    }
+    settleVersion(name, layoutVersion);
+    std::printf("Composite shared memory \"%s\" v%d successfully created.\n", composite.c_str(), layoutVersion);
+}
+
+CompositeShm::~CompositeShm() = default;
+
+void CompositeShm::settleVersion(char const* name, short expected)
+{
+    if (shm->isCreated()) {
+        if (!put(version, -1.0)) {
+            std::printf("ERROR: Unable to write version of the Shm %s.\n", name);
+        }
+        return;
+    }
+    if (!get(version, -1.0)) {
+        std::printf("ERROR: Unable to read version of the Shm %s.\n", name);
+    }
+    if (version.getVersion() != expected) {
+        char text[512];
+        std::snprintf(text, sizeof text,
+            "%s: Version of shm of this program = %d is different of the version of the shm = %d\nProgram will end.\n", name,
+            expected, version.getVersion());
+        std::printf("%s", text);
+        throw ConfigurationError(text);
+    }
+}
+
+bool CompositeShm::addPart(ShmAble& part)
+{
+    const auto size = static_cast<size_t>(part.getSize());
+    const size_t alignment = shm->getAlignment();
+    size_t padding = 0;
+    if (alignment != 0 && size % alignment != 0) {
+        padding = alignment - size % alignment;
+        if (!shm->addPaddingBytes(padding)) {
+            std::printf("ERROR: No more place to add %zu padding bytes for %s.\n", padding, typeName(typeid(part)).c_str());
+            return false;
+        }
+    }
+    const size_t room = shm->getSize() - parts->end();
+    if (parts->isFull() || size > room || padding > room - size) {
+        printNoRoom(part, padding);
+        return false;
+    }
+    const int id = part.getId();
+    const std::string lockName = std::string(shm->getName()) + " Part " + std::to_string(id);
+    const int index = parts->add(id, size + padding, Lock(semaphoreFactory(lockName.c_str(), true, true)));
+    shm->describePart(index, parts->offset(index), size + padding, parts->lock(index).semaphore());
+    if (shm->isCreated() && !put(part, -1.0)) {
+        std::printf("ERROR : can't initialize the shm %s!\n", shm->getName());
+    }
+    return true;
+}
+
+void CompositeShm::printNoRoom(ShmAble& part, size_t padding) const
+{
+    std::printf("No more Room to add object %d in shm\n", part.getId());
+    std::printf("MaxPARTS : %d  nbParts : %d\n", PartTable::capacity, parts->count());
+    std::printf("size : %zu  \n", shm->getSize());
+    std::printf("name : %s  \n", shm->getName());
+    std::printf("offset[myNbParts] %zu + shmAble.getSize() %d + nbPadding %zu\n", parts->end(), part.getSize(), padding);
+}
+
+int CompositeShm::getIndex(int id) const
+{
+    const int index = parts->find(id);
+    if (index == PartTable::none) {
+        std::printf("CompositeShm: Object %d not in Shm\n", id);
+    }
+    return index;
+}
+
+bool CompositeShm::lock(int index, int id, double timeout)
+{
+    std::string taker;
+    const Lock::Outcome outcome = parts->lock(index).take(timeout, taker);
+    if (outcome == Lock::Outcome::takerDied) {
+        reportDeadTaker(shm->getName(), "part " + std::to_string(id), taker);
+    }
+    return outcome == Lock::Outcome::taken;
+}
+
+void* CompositeShm::address(int index) const
+{
+    return static_cast<char*>(shm->getPtr()) + parts->offset(index);
+}
+
+void CompositeShm::write(ShmAble& part, int index)
+{
+    part.put(address(index));
+    shm->afterWrite(index);
+}
+
+void CompositeShm::read(ShmAble& part, int index)
+{
+    if (shm->beforeRead(index)) {
+        part.get(address(index));
+    }
+}
+
+bool CompositeShm::put(ShmAble& part, double timeout)
+{
+    const int id = part.getId();
+    const int index = getIndex(id);
+    if (index == PartTable::none || !lock(index, id, timeout)) {
+        return false;
+    }
+    const Unlock unlock(parts->lock(index));
+    write(part, index);
+    return true;
+}
+
+bool CompositeShm::get(ShmAble& part, double timeout)
+{
+    const int id = part.getId();
+    const int index = getIndex(id);
+    if (index == PartTable::none || !lock(index, id, timeout)) {
+        return false;
+    }
+    const Unlock unlock(parts->lock(index));
+    read(part, index);
+    return true;
+}
+
+bool CompositeShm::putWithoutProtect(ShmAble& part, double)
+{
+    const int index = getIndex(part.getId());
+    if (index == PartTable::none) {
+        return false;
+    }
+    write(part, index);
+    return true;
+}
+
+bool CompositeShm::getWithoutProtect(ShmAble& part, double)
+{
+    const int index = getIndex(part.getId());
+    if (index == PartTable::none) {
+        return false;
+    }
+    read(part, index);
+    return true;
+}
+
+bool CompositeShm::getAccess(ShmAble& part, double timeout)
+{
+    const int id = part.getId();
+    const int index = getIndex(id);
+    return index != PartTable::none && lock(index, id, timeout);
+}
+
+bool CompositeShm::releaseAccess(ShmAble& part)
+{
+    const int index = getIndex(part.getId());
+    return index != PartTable::none && parts->lock(index).free();
+}
+
+void CompositeShm::remove(ShmAble& part)
+{
+    const int index = getIndex(part.getId());
+    if (index == 0) {
+        std::printf("Object not in Shm\n");
+    } else if (index != PartTable::none) {
+        parts->remove(index);
+    }
+}
+
+int CompositeShm::getNbParts() const
+{
+    return parts->count();
+}
+
+void* CompositeShm::getShmPtr() const
+{
+    return shm->getPtr();
+}
+
+short CompositeShm::getShmVersion() const
+{
+    return version.getVersion();
+}
+
+ShmFactory CompositeShm::getShmFactory() const
+{
+    return shmFactory;
+}
+
+SemaphoreFactory CompositeShm::getSemaphoreFactory() const
+{
+    return semaphoreFactory;
+}
+
+bool CompositeShm::isCreated() const
+{
+    return shm->isCreated();
+}
+
+char const* CompositeShm::shmName() const
+{
+    return shm->getName();
+}
+
+} // namespace brvUtils

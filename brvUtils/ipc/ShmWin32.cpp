@@ -1,0 +1,92 @@
+#include "brvUtils/ipc/ShmWin32.h"
+
+#include "brvUtils/os/Segment.h"
+#include "brvUtils/startup/InstanceKey.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <memory>
+
+namespace brvUtils {
+
+namespace {
+
+std::string segmentName(char const* name, short version, bool withInstance)
+{
+    std::string result = withInstance ? buildKeyWithInstance(name) : name;
+    if (version > 0) {
+        result += "_" + std::to_string(version);
+    }
+    return result;
+}
+
+os::SegmentOpening open(const std::string& name, size_t size)
+{
+    if (size > std::numeric_limits<std::uint32_t>::max()) {
+        return {nullptr, false, os::error::invalidParameter};
+    }
+    return os::openSegment(name.c_str(), size);
+}
+
+} // namespace
+
+ShmWin32::ShmWin32(char const* baseName, size_t sizeInBytes, short version, bool withInstance)
+    : size(sizeInBytes)
+    , name(segmentName(baseName, version, withInstance))
+{
+    const os::SegmentOpening opening = open(name, size);
+    segment = opening.segment;
+    created = opening.created;
+    if (segment == nullptr) {
+        std::printf("ERROR code %d creating shared memory \"%s\"\n", static_cast<int>(opening.error), name.c_str());
+        std::printf("Failed to create shared memory \"%s\"", name.c_str()); // no line end: kept for callers
+    } else if (created) {
+        std::printf("Created shared memory \"%s\" successfully\n", name.c_str());
+    } else {
+        std::printf("Opened existing shared memory \"%s\" successfully\n", name.c_str());
+    }
+}
+
+ShmWin32::~ShmWin32()
+{
+    os::closeSegment(segment);
+}
+
+void* ShmWin32::getPtr() const
+{
+    return os::segmentAddress(segment);
+}
+
+size_t ShmWin32::getSize() const
+{
+    return size;
+}
+
+bool ShmWin32::isCreated() const
+{
+    return created;
+}
+
+char const* ShmWin32::getName() const
+{
+    return name.c_str();
+}
+
+size_t ShmWin32::getAlignment() const
+{
+    return 0;
+}
+
+bool ShmWin32::addPaddingBytes(size_t)
+{
+    return true;
+}
+
+IShm* ShmWin32::New(char const* name, size_t size, short version, bool withInstance)
+{
+    auto shm = std::make_unique<ShmWin32>(name, size, version, withInstance);
+    return shm->getPtr() != nullptr ? shm.release() : nullptr;
+}
+
+} // namespace brvUtils

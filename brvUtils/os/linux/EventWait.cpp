@@ -1,0 +1,184 @@
+#include "brvUtils/os/Event.h"
+
+#include "brvUtils/os/linux/Deadline.h"
+#include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/EventState.h"
+#include "brvUtils/os/linux/ObjectTable.h"
+
+#include <algorithm>
+#include <array>
+
+// Waits on several events.
+
+namespace brvUtils::os {
+
+using namespace eventState;
+
+namespace {
+
+// Declared by the kernel's headers since 5.16; the machine that builds may have older ones.
+#ifndef FUTEX_32
+constexpr std::uint32_t FUTEX_32 = 2;
+struct futex_waitv
+{
+    std::uint64_t val;
+    std::uint64_t uaddr;
+    std::uint32_t flags;
+    std::uint32_t __reserved;
+};
+#endif
+#ifndef SYS_futex_waitv
+constexpr long SYS_futex_waitv = 449;
+#endif
+
+struct Members
+{
+    Event* const* events;
+    std::size_t count;
+
+    Handle& operator[](std::size_t i) const { return *handleOf(events[i]); }
+};
+
+ErrorCode check(const Members& members, bool all)
+{
+    if (members.count == 0 || members.count > maximumWaitCount) {
+        return error::invalidParameter;
+    }
+    for (std::size_t i = 0; i < members.count; ++i) {
+        const Handle* event = handleOf(members.events[i]);
+        if (event == nullptr || event->kind != Kind::event) {
+            return error::invalidHandle;
+        }
+        for (std::size_t other = 0; all && other < i; ++other) {
+            if (members[other].state == event->state) {
+                return error::invalidParameter;
+            }
+        }
+    }
+    return error::none;
+}
+
+class AnyOf
+{
+public:
+    explicit AnyOf(const Members& members)
+        : members_(members)
+    {
+        for (std::size_t i = 0; i < members.count; ++i) {
+            resetsBefore_[i] = members[i].state->load(std::memory_order_acquire) & resets;
+        }
+    }
+
+    bool tryPass(std::size_t& index)
+    {
+        for (std::size_t i = 0; i < members_.count; ++i) {
+            if (tryPassSince(members_[i], resetsBefore_[i])) {
+                index = i;
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    const Members& members_;
+    std::array<std::uint64_t, maximumWaitCount> resetsBefore_{};
+};
+
+class AllOf
+{
+public:
+    explicit AllOf(const Members& members)
+        : members_(members)
+    {
+    }
+
+    bool tryPass(std::size_t& index)
+    {
+        // Waits for the ends of other reservations come first: two processes that waited for each other's while holding
+        // their own would never end.
+        for (std::size_t i = 0; i < members_.count; ++i) {
+            settled(members_[i]);
+        }
+        std::size_t held = 0;
+        while (held < members_.count && tryReserve(members_[held])) {
+            ++held;
+        }
+        const bool all = held == members_.count;
+        for (std::size_t i = 0; i < held; ++i) {
+            all ? commit(members_[i]) : rollBack(members_[i]);
+        }
+        if (all) {
+            index = 0;
+        }
+        return all;
+    }
+
+private:
+    const Members& members_;
+};
+
+/// Sleeps until one of the events that are not signalled changes. Returns at once when one changed meanwhile.
+ErrorCode sleepOn(const Members& members, const Deadline& deadline, bool& inTime)
+{
+    std::array<futex_waitv, maximumWaitCount> waits{};
+    unsigned count = 0;
+    bool disturbed = false;
+    for (std::size_t i = 0; i < members.count; ++i) {
+        if ((members[i].state->load(std::memory_order_relaxed) & (signalled | reserved)) == signalled) {
+            continue; // of a wait for all: this one is there already
+        }
+        std::uint32_t expected = 0;
+        if (!announceWaiter(members[i], expected)) {
+            disturbed = true;
+            break;
+        }
+        waits[count].val = expected;
+        waits[count].uaddr = reinterpret_cast<std::uintptr_t>(futexOf(*members[i].state));
+        waits[count].flags = FUTEX_32;
+        ++count;
+    }
+    if (disturbed || count == 0) {
+        inTime = !deadline.passed();
+        return error::none;
+    }
+    if (syscall(SYS_futex_waitv, waits.data(), count, 0, deadline.moment(), CLOCK_MONOTONIC) < 0) {
+        inTime = errno != ETIMEDOUT;
+        return errno == ENOSYS ? fromErrno(errno) : error::none;
+    }
+    return error::none;
+}
+
+template <typename Condition>
+WaitResult wait(const Members& members, Condition condition, Milliseconds timeout, std::size_t& index)
+{
+    const Deadline deadline(monotonicNanoseconds(), timeout);
+    bool inTime = timeout != 0;
+    while (!condition.tryPass(index)) {
+        if (!inTime) {
+            return {WaitStatus::timedOut, error::none};
+        }
+        if (const ErrorCode fault = sleepOn(members, deadline, inTime); fault != error::none) {
+            return {WaitStatus::failed, fault};
+        }
+    }
+    return {WaitStatus::signalled, error::none};
+}
+
+} // namespace
+
+WaitResult waitEvents(Event* const* events, std::size_t count, bool all, Milliseconds timeout, std::size_t* index) noexcept
+{
+    const Members members{events, count};
+    if (const ErrorCode fault = check(members, all); fault != error::none) {
+        return {WaitStatus::failed, fault};
+    }
+    std::size_t found = 0;
+    const WaitResult result = all ? wait(members, AllOf(members), timeout, found) : wait(members, AnyOf(members), timeout, found);
+    if (result.status == WaitStatus::signalled) {
+        *index = found;
+    }
+    return result;
+}
+
+} // namespace brvUtils::os

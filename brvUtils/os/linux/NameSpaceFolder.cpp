@@ -1,0 +1,71 @@
+#include "brvUtils/os/linux/NameSpaceFolder.h"
+
+#include "brvUtils/os/linux/Errno.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brvUtils::os {
+
+namespace {
+
+const std::string sharedMemoryFileSystem = "/dev/shm/";
+
+} // namespace
+
+NameSpaceFolder::~NameSpaceFolder()
+{
+    close();
+}
+
+ErrorCode NameSpaceFolder::open()
+{
+    const char* shared = std::getenv("STUDIO_IPC_NAMESPACE");
+    shared_ = shared != nullptr && *shared != '\0';
+    if (!shared_) {
+        path_ = sharedMemoryFileSystem + "brvUtils-" + std::to_string(geteuid());
+    } else {
+        path_ = std::string(shared).find('/') != std::string::npos ? shared : sharedMemoryFileSystem + shared;
+    }
+
+    const mode_t mode = shared_ ? 02770 : 0700;
+    const bool made = mkdir(path_.c_str(), mode) == 0;
+    if (!made && errno != EEXIST) {
+        return fromErrno(errno);
+    }
+    if (made) {
+        chmod(path_.c_str(), mode); // mkdir leaves out what the mask forbids
+    }
+    descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor_ < 0) {
+        return errno == ENOTDIR ? error::accessDenied : fromErrno(errno);
+    }
+    struct stat status{};
+    fstat(descriptor_, &status);
+    const bool trusted = shared_ ? (status.st_mode & 0007) == 0
+                                 : status.st_uid == geteuid() && (status.st_mode & 0077) == 0;
+    if (!trusted) {
+        close();
+        return error::accessDenied;
+    }
+    return error::none;
+}
+
+void NameSpaceFolder::close()
+{
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+        descriptor_ = -1;
+    }
+}
+
+void NameSpaceFolder::removeIfEmpty() const
+{
+    if (!shared_) {
+        rmdir(path_.c_str());
+    }
+}
+
+} // namespace brvUtils::os

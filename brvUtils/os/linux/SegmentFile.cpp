@@ -1,0 +1,71 @@
+#include "brvUtils/os/linux/SegmentFile.h"
+
+#include "brvUtils/os/linux/Errno.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brvUtils::os {
+
+namespace {
+
+struct FileName
+{
+    explicit FileName(std::uint32_t slot) { std::snprintf(text, sizeof text, "segment-%u", slot); }
+    char text[24];
+};
+
+} // namespace
+
+std::size_t wholePages(std::size_t size)
+{
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return (size + page - 1) / page * page;
+}
+
+ErrorCode createSegmentFile(int folder, std::uint32_t slot, std::size_t size, mode_t mode)
+{
+    removeSegmentFile(folder, slot); // of a creator that was killed
+    const int file = openat(folder, FileName(slot).text, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (file < 0) {
+        return fromErrno(errno);
+    }
+    int number = 0;
+    if (fallocate(file, 0, 0, static_cast<off_t>(wholePages(size))) != 0 || fchmod(file, mode) != 0) {
+        number = errno;
+        removeSegmentFile(folder, slot);
+    }
+    close(file);
+    return fromErrno(number);
+}
+
+ErrorCode mapSegmentFile(int folder, std::uint32_t slot, std::size_t size, Handle& handle)
+{
+    const int file = openat(folder, FileName(slot).text, O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+    if (file < 0) {
+        return fromErrno(errno);
+    }
+    const std::size_t length = wholePages(size);
+    ErrorCode result = error::none;
+    struct stat status{};
+    if (fstat(file, &status) != 0 || status.st_size < static_cast<off_t>(length)) {
+        result = error::invalidData;
+    } else if (void* view = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0); view != MAP_FAILED) {
+        handle.view = view;
+        handle.size = length;
+    } else {
+        result = fromErrno(errno);
+    }
+    close(file);
+    return result;
+}
+
+void removeSegmentFile(int folder, std::uint32_t slot)
+{
+    unlinkat(folder, FileName(slot).text, 0);
+}
+
+} // namespace brvUtils::os

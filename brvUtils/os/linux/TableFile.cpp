@@ -1,0 +1,208 @@
+#include "brvUtils/os/linux/TableFile.h"
+
+#include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/ProcessIdentity.h"
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brvUtils::os {
+
+namespace {
+
+constexpr const char* tableName = "table";
+constexpr int attempts = 1000; // of attaching while others come and go
+
+} // namespace
+
+ErrorCode TableFile::attach()
+{
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        bool removedMeanwhile = false;
+        ErrorCode result = open(removedMeanwhile);
+        if (result == error::none) {
+            result = check();
+            if (result != error::none && !hasOtherUsers()) {
+                result = format();
+            }
+            if (result == error::none) {
+                result = map();
+            }
+            if (result == error::none) {
+                result = takeTicket();
+            }
+        }
+        if (result == error::none) {
+            return result;
+        }
+        close();
+        if (!removedMeanwhile) {
+            return result;
+        }
+    }
+    return error::accessDenied;
+}
+
+ErrorCode TableFile::open(bool& removedMeanwhile)
+{
+    if (const ErrorCode result = folder_.open(); result != error::none) {
+        removedMeanwhile = result == error::fileNotFound;
+        return result;
+    }
+    file_ = openat(folder_.descriptor(), tableName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, folder_.fileMode());
+    if (file_ < 0) {
+        removedMeanwhile = errno == ENOENT;
+        return fromErrno(errno);
+    }
+    if (const int number = setRecordLock(file_, F_WRLCK, tableByte, true); number != 0) {
+        return fromErrno(number);
+    }
+    struct stat status{};
+    fstat(file_, &status);
+    removedMeanwhile = status.st_nlink == 0;
+    if (removedMeanwhile) {
+        return error::fileNotFound;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return error::accessDenied;
+    }
+    if (status.st_uid == geteuid()) {
+        fchmod(file_, folder_.fileMode()); // creation leaves out what the mask forbids
+    }
+    return error::none;
+}
+
+ErrorCode TableFile::check() const
+{
+    struct stat status{};
+    TableHeader header{};
+    // Read, not mapped: a page that the file does not have must not be touched.
+    if (fstat(file_, &status) != 0 || pread(file_, &header, sizeof header, 0) != sizeof header
+        || std::memcmp(header.magic, tableMagic, sizeof tableMagic) != 0) {
+        return error::invalidData;
+    }
+    if (header.version != tableVersion) {
+        return error::revisionMismatch;
+    }
+    const bool sound = status.st_size == static_cast<off_t>(sizeof(Table)) && header.slotsReserved <= slotCapacity
+        && header.slotsUsed <= header.slotsReserved;
+    return sound ? error::none : error::invalidData;
+}
+
+ErrorCode TableFile::format()
+{
+    TableHeader header{};
+    header.version = tableVersion;
+    const bool done = ftruncate(file_, 0) == 0 && ftruncate(file_, sizeof(Table)) == 0
+        && fallocate(file_, 0, 0, offsetof(Table, slots)) == 0
+        && pwrite(file_, &header, sizeof header, 0) == sizeof header
+        && pwrite(file_, tableMagic, sizeof tableMagic, offsetof(TableHeader, magic)) == sizeof tableMagic;
+    if (!done) {
+        const ErrorCode result = fromErrno(errno);
+        unlinkat(folder_.descriptor(), tableName, 0);
+        folder_.removeIfEmpty();
+        return result;
+    }
+    return error::none;
+}
+
+ErrorCode TableFile::map()
+{
+    void* address = mmap(nullptr, sizeof(Table), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0);
+    if (address == MAP_FAILED) {
+        return fromErrno(errno);
+    }
+    table_ = static_cast<Table*>(address);
+    return error::none;
+}
+
+ErrorCode TableFile::takeTicket()
+{
+    std::uint32_t ticket = table_->header.lastTicket;
+    for (std::uint32_t attempt = 0; attempt < processCapacity; ++attempt) {
+        ticket = ticket >= maximumTicket ? 1 : ticket + 1;
+        ProcessRecord& record = table_->processes[ticket % processCapacity];
+        if (record.ticket != 0 && isAlive(record.ticket)) {
+            continue;
+        }
+        if (const int number = setRecordLock(file_, F_WRLCK, ticketBytes + ticket); number != 0) {
+            return fromErrno(number);
+        }
+        record = identityOfThisProcess(ticket);
+        table_->header.lastTicket = ticket;
+        ticket_ = ticket;
+        return error::none;
+    }
+    return error::notEnoughMemory;
+}
+
+ErrorCode TableFile::lock()
+{
+    if (const int number = setRecordLock(file_, F_WRLCK, tableByte, true); number != 0) {
+        return fromErrno(number);
+    }
+    struct stat status{};
+    if (fstat(file_, &status) != 0 || status.st_size != static_cast<off_t>(sizeof(Table))) {
+        unlock();
+        return error::invalidData;
+    }
+    return error::none;
+}
+
+ErrorCode TableFile::reserveSlots(std::uint32_t count)
+{
+    constexpr std::uint32_t step = 256;
+    std::uint32_t& reserved = table_->header.slotsReserved;
+    while (reserved < count) {
+        const off_t begin = static_cast<off_t>(offsetof(Table, slots) + reserved * sizeof(Slot));
+        if (fallocate(file_, 0, begin, step * sizeof(Slot)) != 0) {
+            return fromErrno(errno);
+        }
+        reserved += step;
+    }
+    return error::none;
+}
+
+bool TableFile::isAlive(std::uint32_t ticket) const
+{
+    return ticket == ticket_ || ticket > maximumTicket
+        || static_cast<bool>(lockedByOthers(file_, ticketBytes + ticket, ticketBytes + ticket + 1));
+}
+
+bool TableFile::hasOtherUsers() const
+{
+    return static_cast<bool>(lockedByOthers(file_, ticketBytes, ticketBytes + maximumTicket + 1));
+}
+
+void TableFile::leave()
+{
+    if (!hasOtherUsers()) {
+        unlinkat(folder_.descriptor(), tableName, 0);
+        folder_.removeIfEmpty();
+    }
+    close();
+}
+
+void TableFile::forget()
+{
+    if (file_ >= 0) {
+        ::close(file_);
+        file_ = -1;
+    }
+    folder_.close();
+    table_ = nullptr;
+    ticket_ = nobody;
+}
+
+void TableFile::close()
+{
+    if (table_ != nullptr) {
+        munmap(table_, sizeof(Table));
+    }
+    forget();
+}
+
+} // namespace brvUtils::os

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "brvUtils/os/linux/Futex.h"
+
+#include <cstddef>
+
+/// The bytes of the table file, shared by all processes of a name space, and the meaning of the record locks on it.
+///
+///     header        64 bytes
+///     index         8 bytes per slot: 0 for a free slot, else the hash of its name
+///     processes     64 bytes per process that is attached or was
+///     slots         384 bytes each: one cache line of state, then the name
+///
+/// Nothing here tells whether an object or a process is alive. The kernel does: each process holds record locks (of its
+/// open file description) on the bytes of the slots it has open and of its own ticket, and they are gone when it dies.
+/// Everything but the state words changes only under the lock of the table.
+namespace brvUtils::os {
+
+constexpr char tableMagic[8] = {'b', 'r', 'v', 't', 'a', 'b', 'l', 'e'};
+constexpr std::uint32_t tableVersion = 1;
+constexpr std::uint32_t slotCapacity = 32768;
+constexpr std::uint32_t processCapacity = 1024;
+constexpr std::size_t nameCapacity = 320;
+constexpr std::size_t nameLimit = 259; ///< As on Windows: 260 with the terminator.
+
+enum class Kind : std::uint32_t { closed, semaphore, event, segment };
+
+struct alignas(64) TableHeader
+{
+    char magic[8]; ///< Written last.
+    std::uint32_t version;
+    std::uint32_t slotsReserved; ///< Slots whose memory is reserved; the rest must not be touched.
+    std::uint32_t slotsUsed; ///< No slot in use at or behind this one.
+    std::uint32_t lastTicket;
+};
+
+struct alignas(64) ProcessRecord
+{
+    std::uint32_t ticket;
+    std::uint32_t processId;
+    std::uint64_t startTime; ///< In clock ticks since the computer started.
+    char program[48];
+};
+
+struct alignas(64) Slot
+{
+    StateWord state;
+    std::uint64_t size; ///< Of a segment, in bytes.
+    Kind kind;
+    std::uint32_t manualReset; ///< Of an event.
+    alignas(64) char name[nameCapacity]; ///< Filled up with zeros.
+};
+
+struct Table
+{
+    TableHeader header;
+    std::atomic<std::uint64_t> index[slotCapacity];
+    ProcessRecord processes[processCapacity];
+    Slot slots[slotCapacity];
+};
+
+static_assert(sizeof(TableHeader) == 64 && sizeof(ProcessRecord) == 64 && sizeof(Slot) == 384);
+static_assert(offsetof(Table, index) == 64);
+static_assert(offsetof(Table, processes) == 64 + 8 * slotCapacity);
+static_assert(offsetof(Table, slots) == offsetof(Table, processes) + 64 * processCapacity);
+
+/// Bytes that carry the record locks. Those of tickets are the same in every version of the table, so that any version
+/// sees whether somebody is attached.
+constexpr std::int64_t slotBytes = 0; ///< + number of the slot: shared, by each process that has it open.
+constexpr std::int64_t tableByte = std::int64_t{1} << 40; ///< Exclusive: the lock of the table.
+constexpr std::int64_t ticketBytes = std::int64_t{1} << 41; ///< + ticket: exclusive, by the process of that ticket.
+
+/// Tickets stand for processes in the state words. Unlike process numbers they are not used again while a table lives.
+constexpr std::uint32_t nobody = 0x7FFFFFFF; ///< Taken from the start, by no process.
+constexpr std::uint32_t maximumTicket = 0x7FFFFFF0;
+
+} // namespace brvUtils::os
