@@ -1,0 +1,28 @@
+#pragma once
+
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "brvUtils/export.h"
+
+/// Lists of numbers in text. Any thread may call these.
+namespace brvUtils::Parsers {
+
+/// A text does not follow its grammar. The message is what came before the fault, and a caret.
+struct BRVUTILS_API ParseError : std::runtime_error
+{
+    explicit ParseError(const std::string& beforeFault) : std::runtime_error(beforeFault + "^") {}
+};
+
+/// The numbers in `text`, in order, separated by blanks, commas or semicolons; the decimal point is '.' in every locale.
+/// The list ends before the first thing that is no number.
+BRVUTILS_API std::vector<float> parseFloats(const std::string& text);
+
+/// The pages that a selection such as "1-3;5" names: pages and ranges separated by ";", blanks allowed around both. A
+/// range holds both its ends, whichever is written first. Empty text names no page. Throws `ParseError` with the text up
+/// to the first character that cannot belong.
+BRVUTILS_API std::set<unsigned int> parsePrintPages(const std::string& text);
+
+} // namespace brvUtils::Parsers

@@ -1,0 +1,14 @@
+#pragma once
+
+/// \file
+/// Marks what this companion exports.
+
+#if defined(_WIN32)
+#  if defined(UTILITIES_BUILDING)
+#    define UTILITIES_API __declspec(dllexport)
+#  else
+#    define UTILITIES_API __declspec(dllimport)
+#  endif
+#else
+#  define UTILITIES_API __attribute__((visibility("default")))
+#endif
