@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <unistd.h>
 
 namespace brvUtils::os {
@@ -36,12 +37,10 @@ ProcessRecord identityOfThisProcess(std::uint32_t ticket)
     record.processId = static_cast<std::uint32_t>(getpid());
     record.startTime = startTimeOfThisProcess();
     char path[4096];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
-    if (length > 0) {
-        path[length] = '\0';
-        const char* separator = std::strrchr(path, '/');
-        std::snprintf(record.program, sizeof record.program, "%s", separator != nullptr ? separator + 1 : path);
-    }
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    const std::string_view file(path, length > 0 ? static_cast<std::size_t>(length) : 0);
+    const std::string_view program = file.substr(file.rfind('/') + 1); // all of it without a separator
+    program.copy(record.program, sizeof record.program - 1);
     return record;
 }
 

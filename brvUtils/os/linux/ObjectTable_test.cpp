@@ -1,0 +1,283 @@
+#include "brvUtils/os/Event.h"
+#include "brvUtils/os/Segment.h"
+#include "brvUtils/os/Semaphore.h"
+#include "brvUtils/os/linux/TableLayout.h"
+#include "testing/Child.h"
+#include "testing/UniqueName.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace {
+
+using namespace brvUtils::os;
+using namespace brvTesting;
+namespace fs = std::filesystem;
+
+/// A name space of this test's own; removed at the end.
+class NameSpace
+{
+public:
+    explicit NameSpace(fs::path folder = "/dev/shm/" + uniqueName("brv"))
+        : folder_(std::move(folder))
+    {
+        setenv("STUDIO_IPC_NAMESPACE", folder_.c_str(), 1);
+    }
+    ~NameSpace()
+    {
+        unsetenv("STUDIO_IPC_NAMESPACE");
+        fs::remove_all(folder_);
+    }
+
+    fs::path table() const { return folder_ / "table"; }
+    std::ptrdiff_t files() const { return fs::exists(folder_) ? std::distance(fs::directory_iterator(folder_), {}) : 0; }
+
+private:
+    fs::path folder_;
+};
+
+BRV_CHILD(objectHolder)
+{
+    openSemaphore("held semaphore", true);
+    openSegment("held segment", 10'000);
+    childSay("ready");
+    childHear();
+    return 0;
+}
+
+TEST(ObjectTable, LeavesNoFileBehind)
+{
+    const NameSpace space;
+    Semaphore* semaphore = openSemaphore("a", true).semaphore;
+    Segment* segment = openSegment("b", 10'000).segment;
+    EXPECT_EQ(space.files(), 2);
+    closeSegment(segment);
+    EXPECT_EQ(space.files(), 1);
+    closeSemaphore(semaphore);
+    EXPECT_EQ(space.files(), 0);
+}
+
+TEST(ObjectTable, ClearsAwayWhatKilledProcessesLeft)
+{
+    const NameSpace space;
+    Child child("objectHolder");
+    child.expectLine("ready");
+    child.kill();
+    EXPECT_EQ(space.files(), 2);
+    closeSemaphore(openSemaphore("another", true).semaphore);
+    EXPECT_EQ(space.files(), 0);
+}
+
+TEST(ObjectTable, AForeignFileInPlaceOfTheTableIsReplacedOnlyWhileNobodyUsesIt)
+{
+    const auto damages = {
+        +[](const fs::path& table) { std::ofstream(table) << "something else"; },
+        +[](const fs::path& table) { fs::resize_file(table, 1000); },
+        +[](const fs::path& table) {
+            std::fstream file(table, std::ios::in | std::ios::out | std::ios::binary);
+            file.seekp(offsetof(TableHeader, version));
+            file.put(99);
+        },
+    };
+    for (const auto damage : damages) {
+        const NameSpace space;
+        Child child("objectHolder");
+        child.expectLine("ready");
+        damage(space.table());
+        const SemaphoreOpening refused = openSemaphore("x", true);
+        EXPECT_EQ(refused.semaphore, nullptr);
+        EXPECT_TRUE(refused.error == error::invalidData || refused.error == error::revisionMismatch) << refused.error;
+        child.kill();
+        const SemaphoreOpening opened = openSemaphore("x", true);
+        EXPECT_TRUE(opened.created);
+        closeSemaphore(opened.semaphore);
+    }
+}
+
+TEST(ObjectTable, ATableCutShortUnderAUserRefusesTheNextOpening)
+{
+    const NameSpace space;
+    Semaphore* kept = openSemaphore("kept", true).semaphore;
+    const auto size = fs::file_size(space.table());
+    fs::resize_file(space.table(), size - 1);
+    EXPECT_EQ(openSemaphore("next", true).error, error::invalidData);
+    fs::resize_file(space.table(), size);
+    EXPECT_EQ(waitSemaphore(kept, 0).status, WaitStatus::signalled);
+    closeSemaphore(kept);
+}
+
+// Names and rights of the folder are those of a user; the child becomes one that owns nothing yet.
+
+constexpr uid_t somebody = 54321;
+const char* const foldersOfSomebody = "/dev/shm/brvUtils-54321";
+
+BRV_CHILD(opensAsSomebody)
+{
+    if (setresgid(somebody, somebody, somebody) != 0 || setresuid(somebody, somebody, somebody) != 0) {
+        return 9;
+    }
+    const SemaphoreOpening opening = openSemaphore("mine", true);
+    childSay(std::to_string(opening.error));
+    closeSemaphore(opening.semaphore);
+    return 0;
+}
+
+void expectForSomebody(ErrorCode expected)
+{
+    Child child("opensAsSomebody");
+    child.expectLine(std::to_string(expected));
+    child.expectExit(0);
+}
+
+TEST(ObjectTable, RefusesAFolderThatIsNotTheUsersOwn)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "takes the rights of several users, which only root can";
+    }
+    fs::remove_all(foldersOfSomebody);
+    expectForSomebody(error::none);
+    EXPECT_FALSE(fs::exists(foldersOfSomebody)) << "nothing is left behind";
+
+    fs::create_directory(foldersOfSomebody);
+    expectForSomebody(error::accessDenied);
+    EXPECT_EQ(chown(foldersOfSomebody, somebody, somebody), 0);
+    fs::permissions(foldersOfSomebody, fs::perms(0777));
+    expectForSomebody(error::accessDenied);
+    fs::permissions(foldersOfSomebody, fs::perms(0700));
+    expectForSomebody(error::none);
+
+    const fs::path elsewhere = "/dev/shm/" + uniqueName("brv");
+    fs::create_directory(elsewhere);
+    EXPECT_EQ(chown(elsewhere.c_str(), somebody, somebody), 0);
+    fs::permissions(elsewhere, fs::perms(0700));
+    fs::create_symlink(elsewhere, foldersOfSomebody);
+    expectForSomebody(error::accessDenied);
+    fs::remove(foldersOfSomebody);
+    fs::remove_all(elsewhere);
+
+    std::ofstream(foldersOfSomebody) << "a file";
+    expectForSomebody(error::accessDenied);
+    fs::remove(foldersOfSomebody);
+}
+
+TEST(ObjectTable, TooLittleSpaceFailsTheCreationAlone)
+{
+    const fs::path mountPoint = "/dev/shm/" + uniqueName("brv");
+    fs::create_directory(mountPoint);
+    if (mount("tmpfs", mountPoint.c_str(), "tmpfs", 0, "size=2m,mode=0700") != 0) {
+        fs::remove(mountPoint);
+        GTEST_SKIP() << "needs a small file system, which only root can mount";
+    }
+    {
+        const NameSpace space(mountPoint / "space");
+        Segment* fits = openSegment("fits", 900'000).segment;
+        ASSERT_NE(fits, nullptr);
+        static_cast<char*>(segmentAddress(fits))[899'999] = 'x';
+        const SegmentOpening tooLarge = openSegment("too large", 900'000);
+        EXPECT_EQ(tooLarge.error, error::diskFull);
+        EXPECT_EQ(static_cast<char*>(segmentAddress(fits))[899'999], 'x');
+
+        std::vector<Semaphore*> semaphores;
+        SemaphoreOpening opening{};
+        while ((opening = openSemaphore(("s" + std::to_string(semaphores.size())).c_str(), true)).semaphore != nullptr) {
+            semaphores.push_back(opening.semaphore);
+        }
+        EXPECT_EQ(opening.error, error::diskFull) << "after " << semaphores.size();
+        EXPECT_EQ(waitSemaphore(semaphores.back(), 0).status, WaitStatus::signalled);
+        closeSegment(fits);
+        opening = openSemaphore("now", true);
+        EXPECT_NE(opening.semaphore, nullptr);
+        for (Semaphore* semaphore : semaphores) {
+            closeSemaphore(semaphore);
+        }
+        closeSemaphore(opening.semaphore);
+    }
+    umount(mountPoint.c_str());
+    fs::remove(mountPoint);
+}
+
+BRV_CHILD(manyObjects)
+{
+    const rlimit descriptors{1024, 1024};
+    setrlimit(RLIMIT_NOFILE, &descriptors);
+    std::vector<Semaphore*> semaphores;
+    std::vector<Event*> events;
+    std::vector<Segment*> segments;
+    for (int i = 0; i < 8192; ++i) {
+        const std::string name = "object " + std::to_string(i);
+        bool created = false;
+        if (i % 4 == 0) {
+            events.push_back(openEvent(name.c_str(), i % 8 == 0, true).event);
+            created = events.back() != nullptr && waitEvent(events.back(), 0).status == WaitStatus::signalled;
+        } else if (i % 4 == 1) {
+            segments.push_back(openSegment(name.c_str(), 100).segment);
+            created = segmentAddress(segments.back()) != nullptr;
+        } else {
+            semaphores.push_back(openSemaphore(name.c_str(), true).semaphore);
+            created = waitSemaphore(semaphores.back(), 0).status == WaitStatus::signalled;
+        }
+        if (!created) {
+            childSay("failed at " + name);
+            return 1;
+        }
+    }
+    childSay("8192");
+    childHear();
+    for (Semaphore* semaphore : semaphores) {
+        closeSemaphore(semaphore);
+    }
+    for (Event* event : events) {
+        closeEvent(event);
+    }
+    for (Segment* segment : segments) {
+        closeSegment(segment);
+    }
+    return 0;
+}
+
+TEST(ObjectTable, HoldsThousandsOfObjectsWithoutADescriptorEach)
+{
+    const NameSpace space;
+    Child child("manyObjects");
+    child.expectLine("8192");
+    Semaphore* beside = openSemaphore("object 8191", true).semaphore;
+    EXPECT_EQ(waitSemaphore(beside, 0).status, WaitStatus::timedOut) << "the child holds it";
+    child.send("end");
+    child.expectExit(0);
+    closeSemaphore(beside);
+    EXPECT_EQ(space.files(), 0);
+}
+
+TEST(ObjectTable, AForkedChildClosesNothingOfItsParent)
+{
+    const NameSpace space;
+    const std::string name = uniqueName();
+    Semaphore* semaphore = openSemaphore(name.c_str(), true).semaphore;
+    const pid_t child = fork();
+    if (child == 0) {
+        closeSemaphore(semaphore);
+        const SemaphoreOpening own = openSemaphore(name.c_str(), true);
+        const bool seesParents = !own.created;
+        closeSemaphore(own.semaphore);
+        _exit(seesParents ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    Child other("objectHolder");
+    other.expectLine("ready");
+    other.kill();
+    const SemaphoreOpening again = openSemaphore(name.c_str(), true);
+    EXPECT_FALSE(again.created);
+    closeSemaphore(again.semaphore);
+    closeSemaphore(semaphore);
+}
+
+} // namespace
