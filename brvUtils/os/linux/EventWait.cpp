@@ -61,6 +61,8 @@ ErrorCode check(const Members& members, bool all)
 class AnyOf
 {
 public:
+    static constexpr bool needsAll = false;
+
     explicit AnyOf(const Members& members)
         : members_(members)
     {
@@ -88,6 +90,8 @@ private:
 class AllOf
 {
 public:
+    static constexpr bool needsAll = true;
+
     explicit AllOf(const Members& members)
         : members_(members)
     {
@@ -118,15 +122,16 @@ private:
     const Members& members_;
 };
 
-/// Sleeps until one of the events that are not signalled changes. Returns at once when one changed meanwhile.
-ErrorCode sleepOn(const Members& members, const Deadline& deadline, bool& inTime)
+/// Sleeps until one of the events that were not signalled changes. Returns at once when one changed meanwhile.
+/// \param passSignalled whether signalled events are passed over: a wait for all has those already.
+ErrorCode sleepOn(const Members& members, bool passSignalled, const Deadline& deadline, bool& inTime)
 {
     std::array<futex_waitv, maximumWaitCount> waits{};
     unsigned count = 0;
     bool disturbed = false;
     for (std::size_t i = 0; i < members.count; ++i) {
-        if ((members[i].state->load(std::memory_order_relaxed) & (signalled | reserved)) == signalled) {
-            continue; // of a wait for all: this one is there already
+        if (passSignalled && (members[i].state->load(std::memory_order_relaxed) & (signalled | reserved)) == signalled) {
+            continue;
         }
         std::uint32_t expected = 0;
         if (!announceWaiter(members[i], expected)) {
@@ -158,7 +163,7 @@ WaitResult wait(const Members& members, Condition condition, Milliseconds timeou
         if (!inTime) {
             return {WaitStatus::timedOut, error::none};
         }
-        if (const ErrorCode fault = sleepOn(members, deadline, inTime); fault != error::none) {
+        if (const ErrorCode fault = sleepOn(members, Condition::needsAll, deadline, inTime); fault != error::none) {
             return {WaitStatus::failed, fault};
         }
     }
