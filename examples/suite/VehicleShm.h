@@ -1,0 +1,97 @@
+#pragma once
+
+#include "VehicleState.h"
+
+#include <brvUtils/core/Errors.h>
+#include <brvUtils/ipc/CompositeShm.h>
+#include <brvUtils/ipc/EventWin32.h>
+#include <brvUtils/ipc/SemaphoreWin32.h>
+#include <brvUtils/ipc/ShmWin32.h>
+
+#include <cstring>
+#include <type_traits>
+
+namespace suite {
+
+/// A part of a segment that is copied as it is. Raise VehicleShm's version when a value changes its layout.
+template <typename Value, int Id>
+class ValuePart : public brvUtils::ShmAble
+{
+    static_assert(std::is_trivially_copyable_v<Value>);
+
+public:
+    int getId() override { return Id; }
+    int getSize() override { return sizeof(Value); }
+    void put(void* destination) override { std::memcpy(destination, &value, sizeof value); }
+    void get(void* source) override { std::memcpy(&value, source, sizeof value); }
+
+    Value value{};
+};
+
+/// What the vehicle shares with the other modules. Whoever comes first makes it; the vehicle alone writes. One thread at
+/// a time per object.
+class VehicleShm : public brvUtils::CompositeShm
+{
+public:
+    /// \throw brvUtils::ConfigurationError when the shared memory cannot be had.
+    VehicleShm()
+        : CompositeShm(brvUtils::ShmWin32::New, brvUtils::SemaphoreWin32::New, "Vehicle", sizeof(VehicleState) + sizeof(VehicleRun),
+            layoutVersion, 0)
+        , started_("VehicleStarted", true, false)
+        , ended_("VehicleEnded", true, false)
+    {
+        if (!addPart(state_) || !addPart(run_) || started_.getHandle() == nullptr || ended_.getHandle() == nullptr) {
+            throw brvUtils::ConfigurationError("what the vehicle shares cannot be made");
+        }
+    }
+
+    /// Vehicle: announces that it runs. False when that was not possible in time.
+    bool start(const VehicleRun& run, const VehicleState& first)
+    {
+        run_.value = run;
+        return put(run_, patience) && putState(first) && ended_.reset() && started_.set();
+    }
+
+    /// Vehicle: announces that it ends.
+    void end()
+    {
+        started_.reset();
+        ended_.set();
+    }
+
+    /// Vehicle: shows its state. False when that was not possible in time, or the last to hold the part died while it did.
+    bool putState(const VehicleState& state)
+    {
+        state_.value = state;
+        return put(state_, patience);
+    }
+
+    /// Others: wait for the vehicle's start or end, at most so many seconds.
+    bool waitForStart(double seconds) { return started_.ask(seconds); }
+    bool waitForEnd(double seconds) { return ended_.ask(seconds); }
+
+    /// Others: look at the vehicle. False as with putState; what is returned is then what was read before.
+    bool getState(VehicleState& state)
+    {
+        const bool done = get(state_, patience);
+        state = state_.value;
+        return done;
+    }
+    bool getRun(VehicleRun& run)
+    {
+        const bool done = get(run_, patience);
+        run = run_.value;
+        return done;
+    }
+
+private:
+    static constexpr short layoutVersion = 1;
+    static constexpr double patience = 1.0; // seconds; a part is held for less than a microsecond
+
+    ValuePart<VehicleState, 1> state_;
+    ValuePart<VehicleRun, 2> run_;
+    brvUtils::EventWin32 started_; ///< Signalled while the vehicle runs.
+    brvUtils::EventWin32 ended_; ///< Signalled from its end to its next start.
+};
+
+} // namespace suite

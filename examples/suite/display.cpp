@@ -1,0 +1,129 @@
+/// Looks at the vehicle from another process and prints a line each second.
+#include "Module.h"
+#include "VehicleShm.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+using namespace suite;
+
+struct Options
+{
+    float wait = 10.0f;
+    float silence = 3.0f;
+};
+
+const char* const flags = "wait:float:10:Seconds to wait for the vehicle;"
+                          "silence:float:3:Seconds without news after which the vehicle counts as lost;";
+
+constexpr double toKilometresPerHour = 3.6;
+constexpr double toMilliseconds = 1e-6; // from the clock's nanoseconds
+constexpr double toSeconds = 1e-9;
+
+double secondsSince(std::int64_t moment)
+{
+    return static_cast<double>(clockNow() - moment) * toSeconds;
+}
+
+/// Prints a line for the state that the vehicle shows. \return seconds since the vehicle wrote it.
+double printState(VehicleShm& shm, double wallSeconds)
+{
+    VehicleState state;
+    shm.getState(state);
+    const auto age = clockNow() - state.stamp;
+    std::printf("%8.1f %8.1f %7.1f %7.1f %11.1f %9lld %8.2f\n", wallSeconds, state.time, state.speed * toKilometresPerHour,
+        state.target * toKilometresPerHour, state.distance, static_cast<long long>(state.frame), static_cast<double>(age) * toMilliseconds);
+    std::fflush(stdout);
+    return static_cast<double>(age) * toSeconds;
+}
+
+/// Waits in short pieces, since a stop does not interrupt a wait.
+constexpr double shortly = 0.2;
+
+bool waitForVehicle(VehicleShm& shm, const Options& options, const char* me)
+{
+    const std::int64_t start = clockNow();
+    bool told = false;
+    while (!shm.waitForStart(told ? shortly : 0.0)) {
+        if (!told) {
+            std::printf("%s: waiting at most %g s for the vehicle\n", me, static_cast<double>(options.wait));
+            std::fflush(stdout);
+            told = true;
+        }
+        if (secondsSince(start) >= options.wait || StopRequest::received()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+enum class Ending { vehicleEnded, vehicleSilent, stopped };
+
+Ending watch(VehicleShm& shm, const Options& options)
+{
+    const std::int64_t start = clockNow();
+    for (int nextLine = 1; !StopRequest::received();) {
+        const double left = nextLine - secondsSince(start);
+        if (shm.waitForEnd(std::clamp(left, 0.0, shortly))) {
+            return Ending::vehicleEnded;
+        }
+        const double wallSeconds = secondsSince(start);
+        if (wallSeconds < nextLine) {
+            continue;
+        }
+        if (printState(shm, wallSeconds) > options.silence) {
+            return Ending::vehicleSilent;
+        }
+        nextLine = static_cast<int>(wallSeconds) + 1;
+    }
+    return Ending::stopped;
+}
+
+int display(const brvUtils::ArgParser& arguments, const Options& options)
+{
+    const char* me = arguments.getProcessName().c_str();
+    VehicleShm shm;
+    if (!waitForVehicle(shm, options, me)) {
+        std::printf("%s: %s\n", me, StopRequest::received() ? "stopped" : "no vehicle came");
+        return StopRequest::received() ? 0 : 1;
+    }
+    VehicleRun run;
+    shm.getRun(run);
+    std::printf("%s: the vehicle drives %s (%.0f s) at %g x real time\n", me, run.cycleName, run.cycleDuration, run.speedFactor);
+    std::printf("%8s %8s %7s %7s %11s %9s %8s\n", "wall s", "sim s", "km/h", "target", "distance m", "frame", "age ms");
+    std::fflush(stdout);
+
+    const Ending ending = watch(shm, options);
+    switch (ending) {
+    case Ending::vehicleEnded: {
+        VehicleState last;
+        shm.getState(last);
+        std::printf("%s: the vehicle has ended after %.1f s and %.1f m\n", me, last.time, last.distance);
+        break;
+    }
+    case Ending::vehicleSilent:
+        std::printf("%s: the vehicle has been silent for more than %g s\n", me, static_cast<double>(options.silence));
+        break;
+    case Ending::stopped: std::printf("%s: stopped\n", me); break;
+    }
+    return ending == Ending::vehicleSilent ? 1 : 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    StopRequest::listen();
+    try {
+        Options options;
+        brvUtils::ArgParser arguments(argc, argv, "display", flags);
+        arguments.addFloatHandler("wait", options.wait);
+        arguments.addFloatHandler("silence", options.silence);
+        return readCommandLine(arguments) ? display(arguments, options) : 1;
+    } catch (const std::exception& fault) {
+        std::fprintf(stderr, "display: %s\n", fault.what());
+        return 1;
+    }
+}
