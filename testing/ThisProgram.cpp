@@ -2,12 +2,12 @@
 #include "testing/ThisProgram.h"
 
 #include "brvUtils/os/Faults.h"
+#include "brvUtils/os/Process.h"
 #include "brvUtils/os/StandardStreams.h"
+#include "brvUtils/os/Utf8Arguments.h"
 #include "testing/Child.h"
 
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <map>
 
@@ -43,18 +43,22 @@ bool addChildFunction(const char* name, Function function)
 
 std::optional<int> runAsChild(int argc, char** argv)
 {
-    ourProgram = std::filesystem::absolute(argv[0]).u8string();
-    if (argc < 2 || std::strncmp(argv[1], childFlag, std::strlen(childFlag)) != 0) {
+    ourProgram = brvUtils::os::executablePath();
+    Arguments arguments = brvUtils::os::utf8Arguments(argc, argv);
+    const std::string flag = childFlag;
+    if (arguments.size() < 2 || arguments[1].compare(0, flag.size(), flag) != 0) {
         return std::nullopt;
     }
     brvUtils::os::endWithoutTraces();
     brvUtils::os::useBinaryStandardStreams();
-    const auto found = functions().find(argv[1] + std::strlen(childFlag));
+    const std::string name = arguments[1].substr(flag.size());
+    const auto found = functions().find(name);
     if (found == functions().end()) {
-        std::fprintf(stderr, "no child function of this name: %s\n", argv[1]);
+        std::fprintf(stderr, "no child function is named %s\n", name.c_str());
         return 127;
     }
-    return found->second(Arguments(argv + 2, argv + argc));
+    arguments.erase(arguments.begin(), arguments.begin() + 2);
+    return found->second(arguments);
 }
 
 void childSay(const std::string& line)

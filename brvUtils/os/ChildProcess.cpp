@@ -40,9 +40,10 @@ bool ChildProcess::write(const std::string& text, Milliseconds timeout)
             return true;
         }
         if (!collect(countdown.left(), true)) {
-            return false;
+            break;
         }
     }
+    closeInput();
     return false;
 }
 

@@ -65,8 +65,8 @@ public:
     /// The number of the process; 0 before it was started.
     std::uint32_t id() const;
 
-    /// Writes all of the text to the piped input. False when the child did not take it in time (a part of it may have
-    /// been taken) or nobody reads the pipe any more.
+    /// Writes all of the text to the piped input. False when the child did not take it in time or nobody reads the pipe
+    /// any more; the pipe is closed then, since a part of the text may have gone.
     bool write(const std::string& text, Milliseconds timeout);
 
     /// Closes the piped input; the child reads the end of its input.
@@ -94,9 +94,9 @@ private:
     /// Waits until something came, a stream or the child ended, or the input can be written to where that is asked for,
     /// and takes in what is there. False when the time was over before.
     bool collect(Milliseconds timeout, bool untilWritable = false);
-    /// Writes what the pipe takes at once and removes it from the text. False when nobody reads the pipe any more.
+    /// Removes from the text what the pipe took. To be called with the same text until nothing is left. False when nobody reads the pipe any more.
     bool writeSome(std::string& text);
-    bool outputOpen() const;
+    bool outputOpen() const; ///< Also when nobody has it open but it was not yet read to its end.
 
     std::unique_ptr<System> system_;
     std::string output_;

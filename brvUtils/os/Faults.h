@@ -2,8 +2,8 @@
 
 namespace brvUtils::os {
 
-/// From now on this process ends without dialog, core file or message of the run-time library when it aborts or fails.
-/// For programs that end so on purpose.
+/// From now on this process leaves no core file and shows no dialog when it aborts or fails. For programs that end so on
+/// purpose.
 void endWithoutTraces();
 
 } // namespace brvUtils::os
