@@ -3,12 +3,13 @@
 #include "brvUtils/core/Errors.h"
 #include "brvUtils/core/FileNames.h"
 #include "brvUtils/os/ChildProcess.h"
+#include "brvUtils/os/Encoding.h"
+#include "brvUtils/os/Process.h"
 #include "testing/ThisProgram.h"
 
 #include <gmock/gmock.h>
 
-#include <sstream>
-#include <thread>
+#include <algorithm>
 
 namespace brvUtils {
 namespace {
@@ -102,6 +103,11 @@ TEST(ArgParser, StoresValuesAndCollectsTheRest)
     EXPECT_THAT(messages(lines), IsEmpty());
 }
 
+TEST(ArgParser, GivesTextInThe8BitCodePageOfTheProcess)
+{
+    EXPECT_THAT(probe({ "-s", "\xC3\xA9t\xC3\xA9" }), Contains("s " + os::localFromWide(L"\xE9t\xE9")));
+}
+
 TEST(ArgParser, TakesANumberAndAnUnknownFlagAsValueButNotAKnownFlag)
 {
     EXPECT_THAT(probe({ "-v", "-n", "7" }), IsSupersetOf({ "good 1", "v 1", "n 7" }));
@@ -159,8 +165,16 @@ TEST(ArgParser, LeavesTheFlagsOfACopyBoundToTheVariablesOfTheOriginal)
 
 TEST(ArgParser, BindsTheProcessToAProcessor)
 {
-    EXPECT_THAT(probe({ "-u", "0" }),
-        IsSupersetOf({ "good 1", "u 0", "Process affinity set on processor [0]", "Thread affinity set on processor [0]" }));
+    os::ProcessorMask process = 0;
+    os::ProcessorMask system = 0;
+    os::processAffinity(process, system);
+    int number = 0;
+    while ((process >> number & 1U) == 0) {
+        ++number;
+    }
+    const std::string text = std::to_string(number);
+    EXPECT_THAT(probe({ "-u", text }), IsSupersetOf(Lines { "good 1", "u " + text, "Process affinity set on processor [" + text + "]",
+                                           "Thread affinity set on processor [" + text + "]" }));
 }
 
 TEST(ArgParser, RefusesProcessorNumbersOutOfRange)
@@ -176,7 +190,10 @@ TEST(ArgParser, RefusesProcessorNumbersOutOfRange)
 
 TEST(ArgParser, RefusesAProcessorThatTheComputerLacks)
 {
-    if (std::thread::hardware_concurrency() > 31) {
+    os::ProcessorMask process = 0;
+    os::ProcessorMask system = 0;
+    os::processAffinity(process, system);
+    if ((system >> 31 & 1U) != 0) {
         GTEST_SKIP() << "this computer has it";
     }
     const Lines lines = probe({ "-u", "31" });
