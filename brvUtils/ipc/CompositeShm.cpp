@@ -58,45 +58,45 @@ private:
 
 } // namespace
 
-CompositeShm::CompositeShm(ShmFactory shmFactoryToUse, SemaphoreFactory semaphoreFactoryToUse, char const* name, size_t size,
-    short layoutVersion, short shmVersion)
-    : shmFactory(shmFactoryToUse)
-    , semaphoreFactory(semaphoreFactoryToUse)
-    , parts(std::make_unique<PartTable>())
-    , version(layoutVersion)
+CompositeShm::CompositeShm(ShmFactory shmFactory, SemaphoreFactory semaphoreFactory, char const* name, size_t size,
+    short version, short shmVersion)
+    : shmFactory_(shmFactory)
+    , semaphoreFactory_(semaphoreFactory)
+    , parts_(std::make_unique<PartTable>())
+    , version_(version)
 {
-    const std::string composite = compositeName(name, layoutVersion);
+    const std::string composite = compositeName(name, version);
     const InitLock initLock(semaphoreFactory, composite);
-    std::printf("Creating composite shared memory \"%s\" v%d\n", composite.c_str(), layoutVersion);
-    shm.reset(shmFactory(composite.c_str(), size + static_cast<size_t>(version.getSize()), shmVersion, true));
-    if (shm == nullptr || shm->getPtr() == nullptr) {
+    std::printf("Creating composite shared memory \"%s\" v%d\n", composite.c_str(), version);
+    shm_.reset(shmFactory(composite.c_str(), size + static_cast<size_t>(version_.getSize()), shmVersion, true));
+    if (shm_ == nullptr || shm_->getPtr() == nullptr) {
         throw ConfigurationError("Shared memory \"" + composite + "\" of " + std::to_string(size) + " bytes cannot be created.\n");
     }
-    if (!addPart(version)) {
+    if (!addPart(version_)) {
         std::printf("ERROR: Unable to add shmversion for %s.\n", typeName(typeid(CompositeShm*)).c_str());
     }
-    settleVersion(name, layoutVersion);
-    std::printf("Composite shared memory \"%s\" v%d successfully created.\n", composite.c_str(), layoutVersion);
+    settleVersion(name, version);
+    std::printf("Composite shared memory \"%s\" v%d successfully created.\n", composite.c_str(), version);
 }
 
 CompositeShm::~CompositeShm() = default;
 
 void CompositeShm::settleVersion(char const* name, short expected)
 {
-    if (shm->isCreated()) {
-        if (!put(version, -1.0)) {
+    if (shm_->isCreated()) {
+        if (!put(version_, -1.0)) {
             std::printf("ERROR: Unable to write version of the Shm %s.\n", name);
         }
         return;
     }
-    if (!get(version, -1.0)) {
+    if (!get(version_, -1.0)) {
         std::printf("ERROR: Unable to read version of the Shm %s.\n", name);
     }
-    if (version.getVersion() != expected) {
+    if (version_.getVersion() != expected) {
         char text[512];
         std::snprintf(text, sizeof text,
             "%s: Version of shm of this program = %d is different of the version of the shm = %d\nProgram will end.\n", name,
-            expected, version.getVersion());
+            expected, version_.getVersion());
         std::printf("%s", text);
         throw ConfigurationError(text);
     }
@@ -105,26 +105,26 @@ void CompositeShm::settleVersion(char const* name, short expected)
 bool CompositeShm::addPart(ShmAble& part)
 {
     const auto size = static_cast<size_t>(part.getSize());
-    const size_t alignment = shm->getAlignment();
+    const size_t alignment = shm_->getAlignment();
     size_t padding = 0;
     if (alignment != 0 && size % alignment != 0) {
         padding = alignment - size % alignment;
-        if (!shm->addPaddingBytes(padding)) {
+        if (!shm_->addPaddingBytes(padding)) {
             std::printf("ERROR: No more place to add %zu padding bytes for %s.\n", padding, typeName(typeid(part)).c_str());
             return false;
         }
     }
-    const size_t room = shm->getSize() - parts->end();
-    if (parts->isFull() || size > room || padding > room - size) {
+    const size_t room = shm_->getSize() - parts_->end();
+    if (parts_->isFull() || size > room || padding > room - size) {
         printNoRoom(part, padding);
         return false;
     }
     const int id = part.getId();
-    const std::string lockName = std::string(shm->getName()) + " Part " + std::to_string(id);
-    const int index = parts->add(id, size + padding, Lock(semaphoreFactory(lockName.c_str(), true, true)));
-    shm->describePart(index, parts->offset(index), size + padding, parts->lock(index).semaphore());
-    if (shm->isCreated() && !put(part, -1.0)) {
-        std::printf("ERROR : can't initialize the shm %s!\n", shm->getName());
+    const std::string lockName = std::string(shm_->getName()) + " Part " + std::to_string(id);
+    const int index = parts_->add(id, size + padding, Lock(semaphoreFactory_(lockName.c_str(), true, true)));
+    shm_->describePart(index, parts_->offset(index), size + padding, parts_->lock(index).semaphore());
+    if (shm_->isCreated() && !put(part, -1.0)) {
+        std::printf("ERROR : can't initialize the shm %s!\n", shm_->getName());
     }
     return true;
 }
@@ -132,15 +132,15 @@ bool CompositeShm::addPart(ShmAble& part)
 void CompositeShm::printNoRoom(ShmAble& part, size_t padding) const
 {
     std::printf("No more Room to add object %d in shm\n", part.getId());
-    std::printf("MaxPARTS : %d  nbParts : %d\n", PartTable::capacity, parts->count());
-    std::printf("size : %zu  \n", shm->getSize());
-    std::printf("name : %s  \n", shm->getName());
-    std::printf("offset[myNbParts] %zu + shmAble.getSize() %d + nbPadding %zu\n", parts->end(), part.getSize(), padding);
+    std::printf("MaxPARTS : %d  nbParts : %d\n", PartTable::capacity, parts_->count());
+    std::printf("size : %zu  \n", shm_->getSize());
+    std::printf("name : %s  \n", shm_->getName());
+    std::printf("offset[myNbParts] %zu + shmAble.getSize() %d + nbPadding %zu\n", parts_->end(), part.getSize(), padding);
 }
 
 int CompositeShm::getIndex(int id) const
 {
-    const int index = parts->find(id);
+    const int index = parts_->find(id);
     if (index == PartTable::none) {
         std::printf("CompositeShm: Object %d not in Shm\n", id);
     }
@@ -150,27 +150,27 @@ int CompositeShm::getIndex(int id) const
 bool CompositeShm::lock(int index, int id, double timeout)
 {
     std::string taker;
-    const Lock::Outcome outcome = parts->lock(index).take(timeout, taker);
+    const Lock::Outcome outcome = parts_->lock(index).take(timeout, taker);
     if (outcome == Lock::Outcome::takerDied) {
-        reportDeadTaker(shm->getName(), "part " + std::to_string(id), taker);
+        reportDeadTaker(shm_->getName(), "part " + std::to_string(id), taker);
     }
     return outcome == Lock::Outcome::taken;
 }
 
 void* CompositeShm::address(int index) const
 {
-    return static_cast<char*>(shm->getPtr()) + parts->offset(index);
+    return static_cast<char*>(shm_->getPtr()) + parts_->offset(index);
 }
 
 void CompositeShm::write(ShmAble& part, int index)
 {
     part.put(address(index));
-    shm->afterWrite(index);
+    shm_->afterWrite(index);
 }
 
 void CompositeShm::read(ShmAble& part, int index)
 {
-    if (shm->beforeRead(index)) {
+    if (shm_->beforeRead(index)) {
         part.get(address(index));
     }
 }
@@ -182,7 +182,7 @@ bool CompositeShm::put(ShmAble& part, double timeout)
     if (index == PartTable::none || !lock(index, id, timeout)) {
         return false;
     }
-    const Unlock unlock(parts->lock(index));
+    const Unlock unlock(parts_->lock(index));
     write(part, index);
     return true;
 }
@@ -194,7 +194,7 @@ bool CompositeShm::get(ShmAble& part, double timeout)
     if (index == PartTable::none || !lock(index, id, timeout)) {
         return false;
     }
-    const Unlock unlock(parts->lock(index));
+    const Unlock unlock(parts_->lock(index));
     read(part, index);
     return true;
 }
@@ -229,7 +229,7 @@ bool CompositeShm::getAccess(ShmAble& part, double timeout)
 bool CompositeShm::releaseAccess(ShmAble& part)
 {
     const int index = getIndex(part.getId());
-    return index != PartTable::none && parts->lock(index).free();
+    return index != PartTable::none && parts_->lock(index).free();
 }
 
 void CompositeShm::remove(ShmAble& part)
@@ -238,43 +238,43 @@ void CompositeShm::remove(ShmAble& part)
     if (index == 0) {
         std::printf("Object not in Shm\n");
     } else if (index != PartTable::none) {
-        parts->remove(index);
+        parts_->remove(index);
     }
 }
 
 int CompositeShm::getNbParts() const
 {
-    return parts->count();
+    return parts_->count();
 }
 
 void* CompositeShm::getShmPtr() const
 {
-    return shm->getPtr();
+    return shm_->getPtr();
 }
 
 short CompositeShm::getShmVersion() const
 {
-    return version.getVersion();
+    return version_.getVersion();
 }
 
 ShmFactory CompositeShm::getShmFactory() const
 {
-    return shmFactory;
+    return shmFactory_;
 }
 
 SemaphoreFactory CompositeShm::getSemaphoreFactory() const
 {
-    return semaphoreFactory;
+    return semaphoreFactory_;
 }
 
 bool CompositeShm::isCreated() const
 {
-    return shm->isCreated();
+    return shm_->isCreated();
 }
 
 char const* CompositeShm::shmName() const
 {
-    return shm->getName();
+    return shm_->getName();
 }
 
 } // namespace brvUtils

@@ -95,11 +95,11 @@ private:
     void settleVersion(char const* name, short expected);
     void printNoRoom(ShmAble& part, size_t padding) const;
 
-    ShmFactory shmFactory;
-    SemaphoreFactory semaphoreFactory;
-    std::unique_ptr<PartTable> parts; ///< Semaphores, offsets and identifiers.
-    ShmVersion version;
-    std::unique_ptr<IShm> shm; ///< Last, so that it is closed first.
+    ShmFactory shmFactory_;
+    SemaphoreFactory semaphoreFactory_;
+    std::unique_ptr<PartTable> parts_; ///< Semaphores, offsets and identifiers.
+    ShmVersion version_;
+    std::unique_ptr<IShm> shm_; ///< Last, so that it is closed first.
 };
 
 } // namespace brvUtils

@@ -4,8 +4,8 @@
 
 namespace brvUtils {
 
-CriticalSection::CriticalSection(ISemaphore* guarded, char const* name, double timeout)
-    : semaphore(guarded)
+CriticalSection::CriticalSection(ISemaphore* semaphore, char const* name, double timeout)
+    : semaphore_(semaphore)
 {
     if (!semaphore->ask(timeout)) {
         throw SemaphoreSynchroError(name);
@@ -14,7 +14,7 @@ CriticalSection::CriticalSection(ISemaphore* guarded, char const* name, double t
 
 CriticalSection::~CriticalSection()
 {
-    semaphore->free();
+    semaphore_->free();
 }
 
 } // namespace brvUtils

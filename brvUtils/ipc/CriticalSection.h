@@ -22,7 +22,7 @@ public:
     CriticalSection& operator=(const CriticalSection&) = delete;
 
 private:
-    ISemaphore* semaphore;
+    ISemaphore* semaphore_;
 };
 
 } // namespace brvUtils

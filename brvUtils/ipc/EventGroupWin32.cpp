@@ -18,20 +18,20 @@ bool EventGroupWin32::addEvent(IEvent* event)
     if (known == nullptr) {
         return false;
     }
-    events.push_back(event);
-    handles.push_back(static_cast<os::Event*>(known->getHandle()));
+    events_.push_back(event);
+    handles_.push_back(static_cast<os::Event*>(known->getHandle()));
     return true;
 }
 
 IEvent* EventGroupWin32::ask(double timeout, bool waitAll)
 {
-    if (handles.empty()) {
+    if (handles_.empty()) {
         return nullptr;
     }
     std::size_t index = 0;
-    const os::WaitResult result = os::waitEvents(handles.data(), handles.size(), waitAll, toMilliseconds(timeout), &index);
+    const os::WaitResult result = os::waitEvents(handles_.data(), handles_.size(), waitAll, toMilliseconds(timeout), &index);
     if (result.status == os::WaitStatus::signalled) {
-        return events[waitAll ? 0 : index];
+        return events_[waitAll ? 0 : index];
     }
     if (result.status == os::WaitStatus::failed) {
         std::printf("Error waiting Multiple EventWin32 : %d\n", static_cast<int>(result.error));
@@ -41,7 +41,7 @@ IEvent* EventGroupWin32::ask(double timeout, bool waitAll)
 
 std::size_t EventGroupWin32::eventCount()
 {
-    return events.size();
+    return events_.size();
 }
 
 IEventGroup* EventGroupWin32::New()

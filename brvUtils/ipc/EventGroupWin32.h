@@ -28,8 +28,8 @@ public:
     static IEventGroup* New();
 
 private:
-    std::vector<IEvent*> events;
-    std::vector<os::Event*> handles; ///< Of the events, in the same order.
+    std::vector<IEvent*> events_;
+    std::vector<os::Event*> handles_; ///< Of the events, in the same order.
 };
 
 } // namespace brvUtils

@@ -11,55 +11,55 @@ namespace brvUtils {
 
 IEvent::~IEvent() = default;
 
-EventWin32::EventWin32(char const* eventName, bool manualReset, bool initiallySet)
-    : name(buildKeyWithInstance(eventName))
-    , handle(os::openEvent(name.c_str(), manualReset, initiallySet).event)
+EventWin32::EventWin32(char const* name, bool manualReset, bool initiallySet)
+    : name_(buildKeyWithInstance(name))
+    , handle_(os::openEvent(name_.c_str(), manualReset, initiallySet).event)
 {
-    if (handle == nullptr) {
-        std::printf("ERROR opening/creating EventWin32: %s\n", name.c_str());
+    if (handle_ == nullptr) {
+        std::printf("ERROR opening/creating EventWin32: %s\n", name_.c_str());
     }
 }
 
 EventWin32::~EventWin32()
 {
-    os::closeEvent(handle);
+    os::closeEvent(handle_);
 }
 
 bool EventWin32::set()
 {
-    return os::setEvent(handle) == os::error::none;
+    return os::setEvent(handle_) == os::error::none;
 }
 
 bool EventWin32::reset()
 {
-    return os::resetEvent(handle) == os::error::none;
+    return os::resetEvent(handle_) == os::error::none;
 }
 
 bool EventWin32::ask(double timeout)
 {
-    const os::WaitResult result = os::waitEvent(handle, toMilliseconds(timeout));
+    const os::WaitResult result = os::waitEvent(handle_, toMilliseconds(timeout));
     switch (result.status) {
     case os::WaitStatus::signalled:
         return true;
     case os::WaitStatus::timedOut:
         return false;
     case os::WaitStatus::failed:
-        std::printf("Error waiting EventWin32 %s : %d\n", name.c_str(), static_cast<int>(result.error));
+        std::printf("Error waiting EventWin32 %s : %d\n", name_.c_str(), static_cast<int>(result.error));
         return false;
     default:
-        std::printf("Error waiting EventWin32 %s : Unkown error\n", name.c_str()); // spelling kept for callers
+        std::printf("Error waiting EventWin32 %s : Unkown error\n", name_.c_str()); // spelling kept for callers
         return false;
     }
 }
 
 char const* EventWin32::eventName() const
 {
-    return name.c_str();
+    return name_.c_str();
 }
 
 void* EventWin32::getHandle() const
 {
-    return handle;
+    return handle_;
 }
 
 IEvent* EventWin32::New(char const* name, bool manualReset, bool initiallySet)

@@ -47,8 +47,8 @@ public:
     static IEvent* New(char const* name, bool manualReset, bool initiallySet);
 
 private:
-    std::string name; ///< Qualified.
-    os::Event* handle;
+    std::string name_; ///< Qualified.
+    os::Event* handle_;
 };
 
 } // namespace brvUtils

@@ -47,35 +47,35 @@ std::string describe(const os::DeadTaker& taker)
 
 ISemaphore::~ISemaphore() = default;
 
-SemaphoreWin32::SemaphoreWin32(char const* semaphoreName, bool initiallyFree, bool withInstance)
-    : handle(open(semaphoreName, initiallyFree, withInstance))
-    , name(semaphoreName != nullptr ? semaphoreName : "unnamed")
+SemaphoreWin32::SemaphoreWin32(char const* name, bool initiallyFree, bool withInstance)
+    : handle_(open(name, initiallyFree, withInstance))
+    , name_(name != nullptr ? name : "unnamed")
 {
-    if (handle == nullptr) {
-        std::printf("Creating semaphore failed : %s\n", name.c_str());
+    if (handle_ == nullptr) {
+        std::printf("Creating semaphore failed : %s\n", name_.c_str());
     }
 }
 
 SemaphoreWin32::~SemaphoreWin32()
 {
-    os::closeSemaphore(handle);
+    os::closeSemaphore(handle_);
 }
 
 bool SemaphoreWin32::ask(double timeout)
 {
-    const os::WaitResult result = os::waitSemaphore(handle, toMilliseconds(timeout));
+    const os::WaitResult result = os::waitSemaphore(handle_, toMilliseconds(timeout));
     if (result.status == os::WaitStatus::signalled) {
         return true;
     }
     if (result.status != os::WaitStatus::timedOut || timeout != 0.0) {
-        report(name, result);
+        report(name_, result);
     }
     return false;
 }
 
 bool SemaphoreWin32::free()
 {
-    return os::releaseSemaphore(handle) == os::error::none;
+    return os::releaseSemaphore(handle_) == os::error::none;
 }
 
 SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::string& deadTaker)
@@ -83,12 +83,12 @@ SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::strin
     os::Milliseconds rest = toMilliseconds(timeout);
     for (;;) {
         const os::Milliseconds turn = os::deadTakersAreKnown() ? std::min(rest, lookInterval) : rest;
-        const os::WaitResult result = os::waitSemaphore(handle, turn);
+        const os::WaitResult result = os::waitSemaphore(handle_, turn);
         if (result.status == os::WaitStatus::signalled) {
             return LockOutcome::taken;
         }
         if (result.status == os::WaitStatus::timedOut) {
-            if (const os::DeadTaker taker = os::releaseSemaphoreOfDeadTaker(handle); taker.found) {
+            if (const os::DeadTaker taker = os::releaseSemaphoreOfDeadTaker(handle_); taker.found) {
                 deadTaker = describe(taker);
                 return LockOutcome::takerDied;
             }
@@ -96,7 +96,7 @@ SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::strin
         }
         if (result.status != os::WaitStatus::timedOut || rest == 0) {
             if (result.status != os::WaitStatus::timedOut || timeout != 0.0) {
-                report(name, result);
+                report(name_, result);
             }
             return LockOutcome::refused;
         }

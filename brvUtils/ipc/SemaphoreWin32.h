@@ -54,8 +54,8 @@ public:
     static ISemaphore* New(char const* name, bool initiallyFree, bool withInstance);
 
 private:
-    os::Semaphore* handle;
-    std::string name; ///< As given, for messages.
+    os::Semaphore* handle_;
+    std::string name_; ///< As given, for messages.
 };
 
 } // namespace brvUtils

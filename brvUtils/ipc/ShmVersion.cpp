@@ -8,8 +8,8 @@ static_assert(sizeof(short) == 2);
 
 ShmAble::~ShmAble() = default;
 
-ShmVersion::ShmVersion(short layoutVersion)
-    : version(layoutVersion)
+ShmVersion::ShmVersion(short version)
+    : version_(version)
 {
 }
 
@@ -20,22 +20,22 @@ int ShmVersion::getId()
 
 int ShmVersion::getSize()
 {
-    return sizeof version;
+    return sizeof version_;
 }
 
 void ShmVersion::put(void* destination)
 {
-    std::memcpy(destination, &version, sizeof version);
+    std::memcpy(destination, &version_, sizeof version_);
 }
 
 void ShmVersion::get(void* source)
 {
-    std::memcpy(&version, source, sizeof version);
+    std::memcpy(&version_, source, sizeof version_);
 }
 
 short ShmVersion::getVersion() const
 {
-    return version;
+    return version_;
 }
 
 } // namespace brvUtils

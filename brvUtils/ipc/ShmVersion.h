@@ -19,7 +19,7 @@ public:
     short getVersion() const;
 
 private:
-    short version;
+    short version_;
 };
 
 } // namespace brvUtils

@@ -31,46 +31,46 @@ os::SegmentOpening open(const std::string& name, size_t size)
 
 } // namespace
 
-ShmWin32::ShmWin32(char const* baseName, size_t sizeInBytes, short version, bool withInstance)
-    : size(sizeInBytes)
-    , name(segmentName(baseName, version, withInstance))
+ShmWin32::ShmWin32(char const* name, size_t size, short version, bool withInstance)
+    : size_(size)
+    , name_(segmentName(name, version, withInstance))
 {
-    const os::SegmentOpening opening = open(name, size);
-    segment = opening.segment;
-    created = opening.created;
-    if (segment == nullptr) {
-        std::printf("ERROR code %d creating shared memory \"%s\"\n", static_cast<int>(opening.error), name.c_str());
-        std::printf("Failed to create shared memory \"%s\"", name.c_str()); // no line end: kept for callers
-    } else if (created) {
-        std::printf("Created shared memory \"%s\" successfully\n", name.c_str());
+    const os::SegmentOpening opening = open(name_, size_);
+    segment_ = opening.segment;
+    created_ = opening.created;
+    if (segment_ == nullptr) {
+        std::printf("ERROR code %d creating shared memory \"%s\"\n", static_cast<int>(opening.error), name_.c_str());
+        std::printf("Failed to create shared memory \"%s\"", name_.c_str()); // no line end: kept for callers
+    } else if (created_) {
+        std::printf("Created shared memory \"%s\" successfully\n", name_.c_str());
     } else {
-        std::printf("Opened existing shared memory \"%s\" successfully\n", name.c_str());
+        std::printf("Opened existing shared memory \"%s\" successfully\n", name_.c_str());
     }
 }
 
 ShmWin32::~ShmWin32()
 {
-    os::closeSegment(segment);
+    os::closeSegment(segment_);
 }
 
 void* ShmWin32::getPtr() const
 {
-    return os::segmentAddress(segment);
+    return os::segmentAddress(segment_);
 }
 
 size_t ShmWin32::getSize() const
 {
-    return size;
+    return size_;
 }
 
 bool ShmWin32::isCreated() const
 {
-    return created;
+    return created_;
 }
 
 char const* ShmWin32::getName() const
 {
-    return name.c_str();
+    return name_.c_str();
 }
 
 size_t ShmWin32::getAlignment() const

@@ -45,10 +45,10 @@ public:
     static IShm* New(char const* name, size_t size, short version, bool withInstance);
 
 private:
-    size_t size;
-    std::string name; ///< As the system knows it.
-    bool created;
-    os::Segment* segment;
+    size_t size_;
+    std::string name_; ///< As the system knows it.
+    bool created_;
+    os::Segment* segment_;
 };
 
 } // namespace brvUtils
