@@ -5,7 +5,7 @@
 #include "brvUtils/core/Text.h"
 #include "brvUtils/os/Network.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <sstream>
 
 namespace brvUtils::privateArgParser {

@@ -5,7 +5,7 @@
 #include "brvUtils/export.h"
 
 /// What converts the value of one command-line flag and stores it in variables of the program, which must outlive the
-/// handler and its clones. Handlers are the parser's; a module names them only to add kinds of its own.
+/// handler and its clones. The parser makes and owns them; a module adds flags through the parser and need not name them.
 namespace brvUtils::privateArgParser {
 
 class BRVUTILS_API Handler

@@ -3,8 +3,9 @@
 #include "brvUtils/core/FileNames.h"
 #include "brvUtils/os/ChildProcess.h"
 #include "testing/Child.h"
+#include "testing/EnvironmentGuard.h"
+#include "testing/TemporaryFolder.h"
 #include "testing/ThisProgram.h"
-#include "testing/UniqueName.h"
 
 #include <gtest/gtest.h>
 
@@ -15,22 +16,22 @@ namespace {
 using namespace brvUtils;
 namespace fs = std::filesystem;
 
-BRV_CHILD(tellPaths)
+BRV_CHILD(tellInstallPath)
 {
-    const auto say = [](const char* path) { brvTesting::childSay(path != nullptr ? path : "(null)"); };
-    say(getBasePath());
-    say(getComputePath());
-    say(getBaseInstallPath().c_str());
+    brvTesting::childSay(getBaseInstallPath());
     return 0;
 }
 
-TEST(ModulePaths, ReadTheRootsFromTheEnvironment)
+TEST(ModulePaths, ReadTheRootsFromTheEnvironmentAtEachCall)
 {
-    brvTesting::Child child("tellPaths", {}, { { "STUDIO_PATH", "C:\\Studio" }, { "COMPUTE_PATH", "/compute" } });
-    child.expectLine("C:\\Studio");
-    child.expectLine("/compute");
-    child.expectLine(""); // the tests lie below no bin/x64
-    child.expectExit(0);
+    const brvTesting::EnvironmentGuard studio("STUDIO_PATH", "C:\\Studio");
+    const brvTesting::EnvironmentGuard compute("COMPUTE_PATH", "/compute");
+    EXPECT_STREQ(getBasePath(), "C:\\Studio");
+    EXPECT_STREQ(getComputePath(), "/compute");
+    const brvTesting::EnvironmentGuard noStudio("STUDIO_PATH");
+    const brvTesting::EnvironmentGuard noCompute("COMPUTE_PATH");
+    EXPECT_EQ(getBasePath(), nullptr);
+    EXPECT_EQ(getComputePath(), nullptr);
 }
 
 TEST(ModulePaths, NameTheExecutableNotTheLibrary)
@@ -39,51 +40,37 @@ TEST(ModulePaths, NameTheExecutableNotTheLibrary)
     EXPECT_TRUE(fs::exists(fs::u8path(GetModulePath() + "/" + fileName(GetModuleFilePath()))));
 }
 
-/// Copies of this program and of the libraries beside it, in a folder of their own.
-class Installed : public testing::Test
+/// What a copy of this program in a subfolder takes for the install path; the part of it below `root`.
+std::string installPathSeenFrom(const brvTesting::TemporaryFolder& root, const std::string& subfolder)
 {
-protected:
-    ~Installed() override
-    {
-        std::error_code ignored;
-        fs::remove_all(root_, ignored);
-    }
-
-    /// What the copy in `folder` takes for the install path, relative to the folder that holds all copies.
-    std::string installPath(const std::string& folder)
-    {
-        fs::create_directories(root_ / folder);
-        const fs::path program = fs::u8path(brvTesting::thisProgram());
-        for (const auto& entry : fs::directory_iterator(program.parent_path())) {
-            if (entry.path() == program || entry.path().extension() == ".dll") {
-                fs::copy_file(entry.path(), root_ / folder / entry.path().filename());
-            }
+    const fs::path program = fs::u8path(brvTesting::thisProgram());
+    const fs::path folder = root.path() / subfolder;
+    fs::create_directories(folder);
+    for (const auto& entry : fs::directory_iterator(program.parent_path())) {
+        if (entry.path() == program || entry.path().extension() == ".dll") {
+            fs::copy_file(entry.path(), folder / entry.path().filename());
         }
-        os::ChildCommand command;
-        command.program = (root_ / folder / program.filename()).u8string();
-        command.arguments = { std::string(brvTesting::childFlag) + "tellPaths" };
-        command.pipeOutput = true;
-        os::ChildProcess process;
-        EXPECT_EQ(process.start(command), os::error::none);
-        std::string line;
-        for (int i = 0; i < 3; ++i) {
-            line = process.readLine(30000).value_or("(nothing)");
-        }
-        EXPECT_EQ(process.wait(30000), (os::ChildExit { os::ChildExit::Kind::exited, 0 }));
-        const std::size_t start = line.find(name_);
-        return start == std::string::npos ? line : line.substr(start + name_.size());
     }
+    os::ChildCommand command;
+    command.program = (folder / program.filename()).u8string();
+    command.arguments = { std::string(brvTesting::childFlag) + "tellInstallPath" };
+    command.pipeOutput = true;
+    os::ChildProcess process;
+    EXPECT_EQ(process.start(command), os::error::none);
+    const std::string line = process.readLine(30000).value_or("(nothing)");
+    EXPECT_EQ(process.wait(30000), (os::ChildExit { os::ChildExit::Kind::exited, 0 }));
+    const std::string name = fileName(root.file());
+    const std::size_t position = line.find(name);
+    return position == std::string::npos ? line : line.substr(position + name.size());
+}
 
-    std::string name_ = brvTesting::uniqueName("install");
-    fs::path root_ = fs::temp_directory_path() / name_;
-};
-
-TEST_F(Installed, FindTheRootAboveTheLastBinFolderInAnyCase)
+TEST(ModulePaths, FindTheInstallPathAboveTheLastBinFolderInAnyCase)
 {
-    EXPECT_EQ(installPath("a/Bin/x64"), "/a");
-    EXPECT_EQ(installPath("b/bin/x64/bin/X64/tools"), "/b/bin/x64");
-    EXPECT_EQ(installPath("c/bin/win32/bin/x64"), "/c") << "win32 is looked for first";
-    EXPECT_EQ(installPath("d/bin"), "");
+    const brvTesting::TemporaryFolder root;
+    EXPECT_EQ(installPathSeenFrom(root, "a/Bin/x64"), "/a");
+    EXPECT_EQ(installPathSeenFrom(root, "b/bin/x64/bin/X64/tools"), "/b/bin/x64");
+    EXPECT_EQ(installPathSeenFrom(root, "c/bin/win32/bin/x64"), "/c") << "win32 is looked for first";
+    EXPECT_EQ(installPathSeenFrom(root, "d/bin"), "");
 }
 
 } // namespace
