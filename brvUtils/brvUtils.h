@@ -14,8 +14,6 @@
 #include "brvUtils/ipc/CriticalSection.h"
 #include "brvUtils/ipc/EventGroupWin32.h"
 #include "brvUtils/ipc/EventWin32.h"
-#include "brvUtils/ipc/ExchangeRows_benchmark.h"
-#include "brvUtils/ipc/Exchangers_benchmark.h"
 #include "brvUtils/ipc/IEvent.h"
 #include "brvUtils/ipc/IEventGroup.h"
 #include "brvUtils/ipc/ISemaphore.h"
