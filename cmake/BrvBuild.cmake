@@ -7,6 +7,9 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+# Options of projects that are built within this one (GoogleTest) may be set by plain variables.
+set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+
 # Programs and libraries side by side: on Windows a program finds its libraries in its own folder.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
@@ -26,6 +29,11 @@ if(MSVC)
   add_compile_definitions(_CRT_SECURE_NO_WARNINGS)
 else()
   add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
+  if(NOT WIN32)
+    # A library's calls of its own exported functions are direct, and may be inlined, as on Windows.
+    add_compile_options(-fno-semantic-interposition)
+    add_link_options(-Wl,-Bsymbolic-functions)
+  endif()
 endif()
 
 set(BRVUTILS_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler spells them (address,undefined or thread)")

@@ -1,0 +1,66 @@
+// A module that exchanges a part with itself: it reaches into the library and into a companion, derives from what the
+// library exports and catches what the library throws.
+
+#include <Utilities/System.h>
+#include <brvUtils/core/Errors.h>
+#include <brvUtils/ipc/CompositeShm.h>
+#include <brvUtils/ipc/SemaphoreWin32.h>
+#include <brvUtils/ipc/ShmAble.h>
+#include <brvUtils/ipc/ShmWin32.h>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+struct Speed : brvUtils::ShmAble
+{
+    double value = 0;
+
+    int getId() override { return 7; }
+    int getSize() override { return sizeof value; }
+    void put(void* destination) override { std::memcpy(destination, &value, sizeof value); }
+    void get(void* source) override { std::memcpy(&value, source, sizeof value); }
+};
+
+struct Vehicle : brvUtils::CompositeShm
+{
+    Speed speed;
+
+    explicit Vehicle(const char* name)
+        : CompositeShm(brvUtils::ShmWin32::New, brvUtils::SemaphoreWin32::New, name, sizeof speed.value, 1, 0)
+    {
+        addPart(speed);
+    }
+
+    bool send() { return put(speed, 1.0); }
+    bool receive() { return get(speed, 1.0); }
+};
+
+bool throwsAcrossTheBorder()
+{
+    try {
+        AssertAbort("expected", __LINE__);
+    } catch (const brvUtils::ProgrammingError&) {
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+// consumer NAME: the name is one that no other program uses.
+int main(int argc, char** argv)
+{
+    if (argc != 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder()) {
+        return 1;
+    }
+    Vehicle sender(argv[1]);
+    Vehicle receiver(argv[1]);
+    sender.speed.value = 13.9;
+    if (!sender.send() || !receiver.receive()) {
+        return 2;
+    }
+    std::printf("consumer received %.1f\n", receiver.speed.value);
+    return receiver.speed.value == 13.9 ? 0 : 3;
+}
