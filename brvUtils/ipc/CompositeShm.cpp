@@ -149,6 +149,11 @@ int CompositeShm::getIndex(int id) const
 
 bool CompositeShm::lock(int index, int id, double timeout)
 {
+    return parts_->lock(index).tryTake() || lockPatiently(index, id, timeout);
+}
+
+bool CompositeShm::lockPatiently(int index, int id, double timeout)
+{
     std::string taker;
     const Lock::Outcome outcome = parts_->lock(index).take(timeout, taker);
     if (outcome == Lock::Outcome::takerDied) {

@@ -89,6 +89,7 @@ protected:
 private:
     int getIndex(int id) const;
     bool lock(int index, int id, double timeout);
+    bool lockPatiently(int index, int id, double timeout);
     void* address(int index) const;
     void write(ShmAble& part, int index);
     void read(ShmAble& part, int index);

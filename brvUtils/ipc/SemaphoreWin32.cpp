@@ -78,11 +78,17 @@ bool SemaphoreWin32::free()
     return os::releaseSemaphore(handle_) == os::error::none;
 }
 
+bool SemaphoreWin32::tryTake()
+{
+    return os::waitSemaphore(handle_, 0).status == os::WaitStatus::signalled;
+}
+
 SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::string& deadTaker)
 {
+    const os::Milliseconds longestTurn = os::deadTakersAreKnown() ? lookInterval : os::infinite;
     os::Milliseconds rest = toMilliseconds(timeout);
     for (;;) {
-        const os::Milliseconds turn = os::deadTakersAreKnown() ? std::min(rest, lookInterval) : rest;
+        const os::Milliseconds turn = std::min(rest, longestTurn);
         const os::WaitResult result = os::waitSemaphore(handle_, turn);
         if (result.status == os::WaitStatus::signalled) {
             return LockOutcome::taken;

@@ -38,6 +38,9 @@ public:
     /// As ISemaphore::free; prints nothing.
     bool free() override;
 
+    /// Takes the semaphore if it is free. Waits for nothing and prints nothing.
+    bool tryTake();
+
     /// How askAsLock ended.
     enum class LockOutcome {
         taken,

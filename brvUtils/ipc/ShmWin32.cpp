@@ -38,6 +38,7 @@ ShmWin32::ShmWin32(char const* name, size_t size, short version, bool withInstan
     const os::SegmentOpening opening = open(name_, size_);
     segment_ = opening.segment;
     created_ = opening.created;
+    view_ = os::segmentAddress(segment_);
     if (segment_ == nullptr) {
         std::printf("ERROR code %d creating shared memory \"%s\"\n", static_cast<int>(opening.error), name_.c_str());
         std::printf("Failed to create shared memory \"%s\"", name_.c_str()); // no line end: kept for callers
@@ -55,7 +56,7 @@ ShmWin32::~ShmWin32()
 
 void* ShmWin32::getPtr() const
 {
-    return os::segmentAddress(segment_);
+    return view_;
 }
 
 size_t ShmWin32::getSize() const

@@ -49,6 +49,7 @@ private:
     std::string name_; ///< As the system knows it.
     bool created_;
     os::Segment* segment_;
+    void* view_;
 };
 
 } // namespace brvUtils

@@ -27,6 +27,9 @@ public:
 
     ISemaphore* semaphore() const { return semaphore_.get(); }
 
+    /// Takes it if that is possible at once without a word; what other kinds would say to that is not known.
+    bool tryTake() { return known_ != nullptr && known_->tryTake(); }
+
     /// \param timeout in seconds, as for ISemaphore::ask.
     /// \param deadTaker where a description of the dead process goes, when there was one.
     Outcome take(double timeout, std::string& deadTaker)
@@ -37,7 +40,13 @@ public:
         return semaphore_ != nullptr && semaphore_->ask(timeout) ? Outcome::taken : Outcome::refused;
     }
 
-    bool free() { return semaphore_ != nullptr && semaphore_->free(); }
+    bool free()
+    {
+        if (known_ != nullptr) {
+            return known_->SemaphoreWin32::free();
+        }
+        return semaphore_ != nullptr && semaphore_->free();
+    }
 
 private:
     std::unique_ptr<ISemaphore> semaphore_;

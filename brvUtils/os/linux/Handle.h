@@ -12,7 +12,8 @@ struct alignas(64) Handle
 {
     Kind kind = Kind::closed;
     bool manualReset = false;
-    std::atomic<std::int8_t> spinScore{2}; ///< See SpinThenSleep.h.
+    std::atomic<std::uint8_t> spinFailures{0}; ///< See SpinThenSleep.h.
+    std::atomic<std::uint16_t> spinPause{0};
     std::uint32_t ticket = nobody; ///< Of this process, as it stands in state words.
     StateWord* state = nullptr; ///< Of the object: in its slot, or `own`.
     std::uint32_t slot = 0;

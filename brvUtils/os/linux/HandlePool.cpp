@@ -26,6 +26,8 @@ Handle* HandlePool::take()
 void HandlePool::giveBack(Handle* handle)
 {
     handle->kind = Kind::closed;
+    handle->spinFailures = 0;
+    handle->spinPause = 0;
     free_.push_back(handle);
 }
 

@@ -3,7 +3,7 @@
 #include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/Handle.h"
 
-#include <sched.h>
+#include <algorithm>
 #include <unistd.h>
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -23,12 +23,14 @@ inline void pauseProcessor()
 
 /// Decides per handle whether a wait looks again and again for a short while before it sleeps. Going to sleep and being
 /// woken costs tens of microseconds; who is answered sooner than that gains by looking, who waits for a frame loses.
-/// So each handle keeps a score of how its recent waits went.
+/// Each look in vain doubles the number of waits that go to sleep at once before the next one looks, so that those who
+/// wait long hardly ever look; a look that is answered starts anew.
 class SpinThenSleep
 {
 public:
     explicit SpinThenSleep(Handle& handle)
-        : score_(handle.spinScore)
+        : failures_(handle.spinFailures)
+        , pause_(handle.spinPause)
         , start_(monotonicNanoseconds())
     {
     }
@@ -39,38 +41,40 @@ public:
     template <typename Attempt>
     bool spin(Attempt attempt)
     {
-        if (score_.load(std::memory_order_relaxed) <= 0 || !hasSeveralProcessors()) {
+        if (const std::uint16_t pause = pause_.load(std::memory_order_relaxed); pause > 0) {
+            pause_.store(static_cast<std::uint16_t>(pause - 1), std::memory_order_relaxed);
             return false;
         }
+        const bool answered = hasSeveralProcessors() && look(attempt);
+        const int failures = answered ? 0 : std::min(failures_.load(std::memory_order_relaxed) + 1, mostFailures);
+        failures_.store(static_cast<std::uint8_t>(failures), std::memory_order_relaxed);
+        pause_.store(static_cast<std::uint16_t>((1 << failures) - 1), std::memory_order_relaxed);
+        return answered;
+    }
+
+private:
+    // As long as sleeping and being woken may take, so that a look is answered also by one who was asleep.
+    static constexpr std::int64_t longestLook = 40'000; // nanoseconds
+    static constexpr int mostFailures = 8;
+
+    template <typename Attempt>
+    bool look(Attempt attempt)
+    {
         int pauses = 1;
         do {
             for (int round = 0; round < 16; ++round) {
                 if (attempt()) {
-                    change(+1);
                     return true;
                 }
                 for (int i = 0; i < pauses; ++i) {
                     pauseProcessor();
                 }
                 // Growing breaks leave the cache line to whoever is working with it.
-                pauses = pauses < 8 ? pauses * 2 : 8;
+                pauses = std::min(pauses * 2, 8);
             }
-        } while (monotonicNanoseconds() - start_ < worthLooking);
-        change(-2);
+        } while (monotonicNanoseconds() - start_ < longestLook);
         return false;
     }
-
-    /// The wait slept, and was answered now.
-    void answered()
-    {
-        if (monotonicNanoseconds() - start_ < worthLooking) {
-            change(+1);
-        }
-    }
-
-private:
-    static constexpr std::int64_t worthLooking = 40'000; // nanoseconds: what sleeping and being woken costs
-    static constexpr int maximumScore = 8;
 
     static bool hasSeveralProcessors()
     {
@@ -78,13 +82,8 @@ private:
         return several;
     }
 
-    void change(int by)
-    {
-        const int score = score_.load(std::memory_order_relaxed) + by;
-        score_.store(static_cast<std::int8_t>(score < 0 ? 0 : score > maximumScore ? maximumScore : score), std::memory_order_relaxed);
-    }
-
-    std::atomic<std::int8_t>& score_;
+    std::atomic<std::uint8_t>& failures_;
+    std::atomic<std::uint16_t>& pause_;
     std::int64_t start_;
 };
 
