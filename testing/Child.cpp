@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace brvTesting {
 
 using brvUtils::os::ChildExit;
@@ -67,7 +65,7 @@ bool Child::awaitLine(const std::string& text, const char* file, int line)
 std::string Child::readLine(const char* file, int line)
 {
     const auto got = next();
-    if (!got && process_.wait(0).kind == ChildExit::Kind::running) {
+    if (!got && process_.outputOpen()) {
         fail("expected a line", file, line);
     }
     return got.value_or("");

@@ -1,10 +1,13 @@
 #include "testing/Child.h"
 
+#include "testing/ThisProgram.h"
+
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iostream>
+#include <thread>
 
 using namespace brvTesting;
 
@@ -54,6 +57,25 @@ BRV_CHILD(writesMuch)
     return 0;
 }
 
+BRV_CHILD(neverEnds)
+{
+    childSay("here");
+    for (;;) {
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+}
+
+BRV_CHILD(startsAnother)
+{
+    brvUtils::os::ChildCommand command;
+    command.program = thisProgram();
+    command.arguments = {std::string(childFlag) + "neverEnds"};
+    brvUtils::os::ChildProcess another;
+    const auto error = another.start(command);
+    childHear();
+    return static_cast<int>(error);
+}
+
 TEST(Child, ReportsHowItEnded)
 {
     Child zero("exitWith", {"0"});
@@ -73,6 +95,7 @@ TEST(Child, ReportsHowItEnded)
 TEST(Child, TalksInLines)
 {
     Child child("hears");
+    Child sibling("hears"); // Must not keep the first one's pipes open.
     child.expectLine("ready");
     child.send("one two");
     child.expectLine("heard one two");
@@ -93,6 +116,32 @@ TEST(Child, IsEndedWhenItHangs)
     EXPECT_NONFATAL_FAILURE(child.expectExit(0), "expected that it exited with 0, but it still ran");
     child.setDeadline(std::chrono::seconds(30));
     child.expectKilled();
+}
+
+TEST(Child, IsEndedWhenItDoesNotRead)
+{
+    Child child("neverEnds");
+    child.setDeadline(std::chrono::milliseconds(100));
+    EXPECT_NONFATAL_FAILURE(child.send(std::string(1 << 20, 'x')), "could not send");
+    child.setDeadline(std::chrono::seconds(30));
+    child.expectKilled();
+}
+
+TEST(Child, DoesNotOutliveWhoStartedIt)
+{
+    Child child("startsAnother");
+    child.expectLine("here"); // From the other one, which has inherited the pipe and keeps it open while it lives.
+    child.kill();
+    EXPECT_EQ(child.readLine(), "");
+}
+
+TEST(ChildProcess, TellsWhyItCouldNotStart)
+{
+    brvUtils::os::ChildCommand command;
+    command.program = thisProgram() + "-is-not-there";
+    brvUtils::os::ChildProcess process;
+    EXPECT_EQ(process.start(command), brvUtils::os::error::fileNotFound);
+    EXPECT_EQ(process.id(), 0u);
 }
 
 TEST(Child, FailsAtAnotherLineAndShowsWhatItRead)

@@ -43,6 +43,7 @@ bool addChildFunction(const char* name, Function function)
 
 std::optional<int> runAsChild(int argc, char** argv)
 {
+    brvUtils::os::pinFaultReports();
     ourProgram = brvUtils::os::executablePath();
     Arguments arguments = brvUtils::os::utf8Arguments(argc, argv);
     const std::string flag = childFlag;

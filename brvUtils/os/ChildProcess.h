@@ -76,6 +76,9 @@ public:
     /// the rest counts as a line. Nothing when the output has ended or no whole line came in time.
     std::optional<std::string> readLine(Milliseconds timeout);
 
+    /// Whether more may come through the piped output: its end was not read yet.
+    bool outputOpen() const;
+
     /// Waits until the child has ended. Kind::running when it did not end in time.
     ChildExit wait(Milliseconds timeout);
 
@@ -96,7 +99,6 @@ private:
     bool collect(Milliseconds timeout, bool untilWritable = false);
     /// Removes from the text what the pipe took. To be called with the same text until nothing is left. False when nobody reads the pipe any more.
     bool writeSome(std::string& text);
-    bool outputOpen() const; ///< Also when nobody has it open but it was not yet read to its end.
 
     std::unique_ptr<System> system_;
     std::string output_;

@@ -6,4 +6,8 @@ namespace brvUtils::os {
 /// purpose.
 void endWithoutTraces();
 
+/// Where the program is built with a sanitizer: its reports go to what is the standard error stream now, also when that
+/// stream is sent elsewhere later.
+void pinFaultReports();
+
 } // namespace brvUtils::os

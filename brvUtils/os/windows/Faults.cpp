@@ -15,4 +15,6 @@ void endWithoutTraces()
 #endif
 }
 
+void pinFaultReports() {}
+
 } // namespace brvUtils::os

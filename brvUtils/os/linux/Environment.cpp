@@ -1,0 +1,25 @@
+#include "brvUtils/os/Environment.h"
+
+#include "brvUtils/os/linux/Errno.h"
+
+#include <cstdlib>
+
+namespace brvUtils::os {
+
+std::optional<std::string> environmentVariable(const std::string& name)
+{
+    const char* value = std::getenv(name.c_str());
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+ErrorCode setEnvironmentVariable(const std::string& name, const std::string& value)
+{
+    return setenv(name.c_str(), value.c_str(), 1) == 0 ? error::none : fromErrno(errno);
+}
+
+ErrorCode removeEnvironmentVariable(const std::string& name)
+{
+    return unsetenv(name.c_str()) == 0 ? error::none : fromErrno(errno);
+}
+
+} // namespace brvUtils::os
