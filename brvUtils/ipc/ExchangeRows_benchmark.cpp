@@ -71,6 +71,14 @@ public:
         one_.awaitLine("ready");
         two_.awaitLine("ready");
     }
+    ~Contention()
+    {
+        // Each ends by itself: what outlives its process is removed.
+        for (Child* child : {&one_, &two_}) {
+            child->closeInput();
+            child->waitForEnd();
+        }
+    }
     double run()
     {
         one_.send("go");

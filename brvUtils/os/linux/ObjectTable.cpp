@@ -4,6 +4,7 @@
 #include "brvUtils/os/linux/SegmentFile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <pthread.h>
@@ -59,6 +60,7 @@ ObjectTable::ObjectTable()
 {
     // A fork must not copy the table in mid-change, and the child must not give back what its parent holds.
     pthread_atfork([] { instance().mutex_.lock(); }, [] { instance().mutex_.unlock(); }, [] { instance().forgetInChild(); });
+    std::atexit([] { instance().leaveAtExit(); });
 }
 
 void ObjectTable::forgetInChild()
@@ -67,6 +69,26 @@ void ObjectTable::forgetInChild()
     openHandles_ = 0;
     std::fill(holds_.begin(), holds_.end(), 0);
     mutex_.unlock();
+}
+
+/// A process that ends without closing its handles is one that the kernel closes them for; this clears the files away too.
+void ObjectTable::leaveAtExit()
+{
+    // Not by force: whoever ends the program in the midst of an opening leaves that to the next process.
+    const std::unique_lock guard(mutex_, std::try_to_lock);
+    if (!guard || !file_.isAttached() || file_.lock() != error::none) {
+        return;
+    }
+    for (std::uint32_t slot = 0; slot < slotCapacity; ++slot) {
+        if (holds_[slot] != 0) {
+            holds_[slot] = 1;
+            letGo(slot);
+        }
+    }
+    openHandles_ = 0;
+    discardDead();
+    // Other threads may still be at work.
+    file_.leave(TableFile::Mapping::keep);
 }
 
 ObjectOpening ObjectTable::open(const char* text, const ObjectRequest& request) noexcept
@@ -97,7 +119,7 @@ ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest
         result = file_.attach();
         if (result == error::none) {
             ++attachment_;
-            discardDead(0, file_.table().header.slotsUsed);
+            discardDead();
         }
     }
     if (result != error::none) {
@@ -189,7 +211,7 @@ ErrorCode ObjectTable::allocate(std::string_view name, std::uint64_t hash, const
     if (request.kind == Kind::segment) {
         result = createSegmentFile(file_.folder(), slot, request.size, file_.fileMode());
         if (result == error::diskFull || result == error::notEnoughMemory) {
-            discardDead(0, table.header.slotsUsed);
+            discardDead();
             result = createSegmentFile(file_.folder(), slot, request.size, file_.fileMode());
         }
         if (result != error::none) {
@@ -216,7 +238,7 @@ ErrorCode ObjectTable::findFreeSlot(std::uint32_t& slot)
     if (slot < slotCapacity && file_.reserveSlots(slot + 1) == error::none) {
         return error::none;
     }
-    discardDead(0, table.header.slotsUsed);
+    discardDead();
     slot = firstFree();
     if (slot >= slotCapacity) {
         return error::notEnoughMemory;
@@ -261,6 +283,11 @@ void ObjectTable::discard(std::uint32_t slot)
     while (used > 0 && table.index[used - 1].load(std::memory_order_relaxed) == 0) {
         --used;
     }
+}
+
+void ObjectTable::discardDead()
+{
+    discardDead(0, file_.table().header.slotsUsed);
 }
 
 void ObjectTable::discardDead(std::int64_t begin, std::int64_t end)
@@ -334,8 +361,8 @@ void ObjectTable::leaveIfUnused()
         file_.unlock();
         return;
     }
-    discardDead(0, file_.table().header.slotsUsed);
-    file_.leave();
+    discardDead();
+    file_.leave(TableFile::Mapping::remove);
 }
 
 const ProcessRecord* ObjectTable::processOf(std::uint32_t ticket) const

@@ -59,15 +59,17 @@ private:
     void letGo(std::uint32_t slot);
     bool isOpen(std::uint32_t slot) const;
     void discard(std::uint32_t slot);
+    void discardDead();
     void discardDead(std::int64_t begin, std::int64_t end);
     void leaveIfUnused();
 
     void forgetInChild();
+    void leaveAtExit();
 
     std::mutex mutex_;
     TableFile file_;
     HandlePool pool_;
-    std::uint32_t attachment_ = 0; ///< Counts them; handles of an earlier one (before a fork) are not in the table.
+    std::uint32_t attachment_ = 0; ///< Counts them; handles of an earlier one (before a fork, an exit) are not in the table.
     std::size_t openHandles_ = 0;
     std::vector<std::uint32_t> holds_; ///< Per slot, the handles of this process.
 };

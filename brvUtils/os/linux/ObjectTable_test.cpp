@@ -64,6 +64,22 @@ TEST(ObjectTable, LeavesNoFileBehind)
     EXPECT_EQ(space.files(), 0);
 }
 
+BRV_CHILD(exitsWithObjects)
+{
+    static Segment* const segment = openSegment("held segment", 10'000).segment;
+    std::atexit([] { closeSegment(segment); });
+    openSemaphore("held semaphore", true);
+    std::exit(0);
+}
+
+TEST(ObjectTable, LeavesNoFileBehindWhenAProgramJustExits)
+{
+    const NameSpace space;
+    Child child("exitsWithObjects");
+    child.expectExit(0);
+    EXPECT_EQ(space.files(), 0);
+}
+
 TEST(ObjectTable, ClearsAwayWhatKilledProcessesLeft)
 {
     const NameSpace space;

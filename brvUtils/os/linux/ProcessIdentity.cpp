@@ -30,10 +30,9 @@ std::uint64_t startTimeOfThisProcess()
 
 } // namespace
 
-ProcessRecord identityOfThisProcess(std::uint32_t ticket)
+ProcessRecord identityOfThisProcess()
 {
     ProcessRecord record{};
-    record.ticket = ticket;
     record.processId = static_cast<std::uint32_t>(getpid());
     record.startTime = startTimeOfThisProcess();
     char path[4096];

@@ -4,7 +4,7 @@
 
 namespace brvUtils::os {
 
-/// The record by which other processes know this one: number, start time, program.
-ProcessRecord identityOfThisProcess(std::uint32_t ticket);
+/// The record by which other processes know this one: number, start time, program. Without a ticket.
+ProcessRecord identityOfThisProcess();
 
 } // namespace brvUtils::os

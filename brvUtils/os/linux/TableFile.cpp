@@ -121,6 +121,16 @@ ErrorCode TableFile::map()
 
 ErrorCode TableFile::takeTicket()
 {
+    if (identity_.processId != static_cast<std::uint32_t>(getpid())) {
+        identity_ = identityOfThisProcess();
+    }
+    // A process that comes back takes its old ticket, so that the records tell of many processes, not of one that comes
+    // and goes.
+    if (std::memcmp(&table_->processes[identity_.ticket % processCapacity], &identity_, sizeof identity_) == 0
+        && setRecordLock(file_, F_WRLCK, ticketBytes + identity_.ticket) == 0) {
+        ticket_ = identity_.ticket;
+        return error::none;
+    }
     std::uint32_t ticket = table_->header.lastTicket;
     for (std::uint32_t attempt = 0; attempt < processCapacity; ++attempt) {
         ticket = ticket >= maximumTicket ? 1 : ticket + 1;
@@ -131,7 +141,8 @@ ErrorCode TableFile::takeTicket()
         if (const int number = setRecordLock(file_, F_WRLCK, ticketBytes + ticket); number != 0) {
             return fromErrno(number);
         }
-        record = identityOfThisProcess(ticket);
+        identity_.ticket = ticket;
+        record = identity_;
         table_->header.lastTicket = ticket;
         ticket_ = ticket;
         return error::none;
@@ -177,13 +188,13 @@ bool TableFile::hasOtherUsers() const
     return static_cast<bool>(lockedByOthers(file_, ticketBytes, ticketBytes + maximumTicket + 1));
 }
 
-void TableFile::leave()
+void TableFile::leave(Mapping mapping)
 {
     if (!hasOtherUsers()) {
         unlinkat(folder_.descriptor(), tableName, 0);
         folder_.removeIfEmpty();
     }
-    close();
+    mapping == Mapping::keep ? forget() : close();
 }
 
 void TableFile::forget()

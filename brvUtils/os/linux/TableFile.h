@@ -19,8 +19,11 @@ public:
     ErrorCode attach();
     bool isAttached() const { return table_ != nullptr; }
 
+    /// What becomes of the mapping when this process leaves: state words in it may still be looked at.
+    enum class Mapping { remove, keep };
+
     /// Gives up the locks. The last user removes the file. The lock of the table is held before, and gone afterwards.
-    void leave();
+    void leave(Mapping mapping);
 
     /// Closes the descriptor alone, in a child after fork: the parent's locks and the mapping stay.
     void forget();
@@ -55,6 +58,7 @@ private:
     int file_ = -1;
     Table* table_ = nullptr;
     std::uint32_t ticket_ = nobody;
+    ProcessRecord identity_{}; ///< Of this process, with the ticket it had last.
 };
 
 } // namespace brvUtils::os
