@@ -1,5 +1,6 @@
 #include "brvUtils/os/ChildProcess.h"
 
+#include "brvUtils/os/linux/Descriptor.h"
 #include "brvUtils/os/linux/Errno.h"
 
 #include <algorithm>
@@ -17,33 +18,6 @@
 namespace brvUtils::os {
 
 namespace {
-
-class Descriptor
-{
-public:
-    Descriptor() = default;
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return number_; }
-    bool open() const { return number_ >= 0; }
-    void take(int number)
-    {
-        close();
-        number_ = number;
-    }
-    void close()
-    {
-        if (open()) {
-            ::close(number_);
-            number_ = -1;
-        }
-    }
-
-private:
-    int number_ = -1;
-};
 
 bool makePipe(Descriptor& readEnd, Descriptor& writeEnd)
 {
