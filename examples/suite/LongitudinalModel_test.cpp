@@ -19,25 +19,21 @@ void drive(LongitudinalModel& car, double force, double seconds)
 
 } // namespace
 
-TEST(LongitudinalModel, forceMinusRollingResistanceAccelerates)
+TEST(LongitudinalModel, forceAgainstTyresAndAirMovesTheCar)
 {
     CarData data;
     data.dragArea = 0.0;
-    LongitudinalModel car(data);
-    const double rolling = data.rollingResistance * data.mass * 9.81;
-    drive(car, data.mass * 1.0 + rolling, 10.0);
-    EXPECT_NEAR(car.acceleration(), 1.0, 1e-9);
-    EXPECT_NEAR(car.speed(), 10.0, 0.01);
-    EXPECT_NEAR(car.distance(), 50.0, 0.1);
-}
+    LongitudinalModel rolling(data);
+    drive(rolling, data.mass * (1.0 + data.rollingResistance * 9.81), 10.0);
+    EXPECT_NEAR(rolling.acceleration(), 1.0, 1e-9);
+    EXPECT_NEAR(rolling.speed(), 10.0, 0.01);
+    EXPECT_NEAR(rolling.distance(), 50.0, 0.1);
 
-TEST(LongitudinalModel, airLimitsTheSpeed)
-{
-    CarData data;
+    data = CarData{};
     data.rollingResistance = 0.0;
-    LongitudinalModel car(data);
-    drive(car, 400.0, 600.0);
-    EXPECT_NEAR(car.speed(), std::sqrt(400.0 / (0.6 * data.dragArea)), 0.01);
+    LongitudinalModel flying(data);
+    drive(flying, 400.0, 600.0);
+    EXPECT_NEAR(flying.speed(), std::sqrt(400.0 / (0.6 * data.dragArea)), 0.01);
 }
 
 TEST(LongitudinalModel, neverRollsBackwards)

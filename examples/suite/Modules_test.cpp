@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr brvUtils::os::Milliseconds deadline = 30'000;
+constexpr brvUtils::os::Milliseconds deadline = 30'000; // ms
 const ChildExit success{ChildExit::Kind::exited, 0};
 const ChildExit failure{ChildExit::Kind::exited, 1};
 
@@ -74,26 +74,27 @@ TEST_F(Modules, displayShowsWhatTheVehicleDoesAndEndsWithIt)
 {
     ChildProcess display = start("display", {"-p", "screen"});
     lineWith(display, "screen: waiting at most 10 s for the vehicle");
-    ChildProcess vehicle = start("vehicle", {"-seconds", "2.5", "-speed", "100"});
-    lineWith(display, "screen: the vehicle drives ECE-15 (195 s) at 100 x real time");
+    ChildProcess vehicle = start("vehicle", {"-seconds", "2.5"});
+    lineWith(display, "screen: the vehicle drives ECE-15 (195 s) at 20 x real time");
     lineWith(display, "km/h");
 
-    double fastest = 0.0;
+    // A busy computer may leave the display time for one line only.
+    std::string text = display.readLine(deadline).value_or("");
     Line before;
-    for (int i = 0; i < 2; ++i) {
-        const Line line = parse(display.readLine(deadline).value_or(""));
+    do {
+        const Line line = parse(text);
+        EXPECT_GE(line.wall, before.wall + 0.9);
         EXPECT_GT(line.frame, before.frame);
         EXPECT_GT(line.distance, before.distance);
-        EXPECT_NEAR(line.time, line.frame * 0.005, 0.06);
+        EXPECT_NEAR(line.time, line.frame * 0.005, 0.051); // as rounded in the line
         EXPECT_NEAR(line.speed, line.target, 2.0);
         EXPECT_GE(line.age, 0.0);
-        fastest = std::max(fastest, line.speed);
         before = line;
-    }
-    EXPECT_LE(fastest, 52.0);
+        text = display.readLine(deadline).value_or("");
+    } while (!text.empty() && text.find("screen") == std::string::npos);
 
-    EXPECT_THAT(lineWith(vehicle, "vehicle: ended"), HasSubstr("50000 frames, 250.0 s simulated"));
-    lineWith(display, "screen: the vehicle has ended after 250.0 s");
+    EXPECT_THAT(text, HasSubstr("screen: the vehicle has ended after 50.0 s and 53.4 m"));
+    EXPECT_THAT(lineWith(vehicle, "vehicle: ended"), HasSubstr("10000 frames, 50.0 s simulated"));
     EXPECT_EQ(vehicle.wait(deadline), success) << vehicle.errorOutput();
     EXPECT_EQ(display.wait(deadline), success) << display.errorOutput();
 }
