@@ -1,6 +1,7 @@
 # brv_add_test(NAME SOURCE... [LIBRARIES target...])
 #
-# A test program whose cases CTest runs one by one, each in a process of its own with a deadline.
+# A test program whose cases CTest runs one by one, each in a process of its own with a deadline. CTest asks the program
+# for its cases when it starts and the program is new; the first Windows program to be asked makes Wine's prefix.
 
 set(BRV_TEST_DEADLINE 60 CACHE STRING "Seconds after which a test case counts as hanging")
 
@@ -11,7 +12,7 @@ function(brv_add_test name)
   endif()
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE brv_testing ${arg_LIBRARIES})
-  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
     PROPERTIES TIMEOUT ${BRV_TEST_DEADLINE} ${BRV_TEST_FIXTURE})
 endfunction()
 
