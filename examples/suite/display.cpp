@@ -3,7 +3,9 @@
 #include "VehicleShm.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <exception>
 
 namespace {
 

@@ -7,9 +7,12 @@
 
 #include <brvUtils/startup/ModulePaths.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <limits>
+#include <string>
 #include <thread>
 
 namespace {
