@@ -58,6 +58,23 @@ private:
 
 } // namespace
 
+template <void (CompositeShm::*copy)(ShmAble&, int, void*)>
+bool CompositeShm::exchange(ShmAble& part, double timeout, Attempts attempts)
+{
+    const int id = part.getId();
+    const int index = getIndex(id);
+    if (index == PartTable::none) {
+        return false;
+    }
+    void* const place = address(index);
+    if (!lock(index, id, timeout, attempts)) {
+        return false;
+    }
+    const Unlock unlock(parts_->lock(index));
+    (this->*copy)(part, index, place);
+    return true;
+}
+
 CompositeShm::CompositeShm(ShmFactory shmFactory, SemaphoreFactory semaphoreFactory, char const* name, size_t size,
     short version, short shmVersion)
     : shmFactory_(shmFactory)
@@ -84,12 +101,12 @@ CompositeShm::~CompositeShm() = default;
 void CompositeShm::settleVersion(char const* name, short expected)
 {
     if (shm_->isCreated()) {
-        if (!put(version_, -1.0)) {
+        if (!exchange<&CompositeShm::write>(version_, -1.0, Attempts::untilHad)) {
             std::printf("ERROR: Unable to write version of the Shm %s.\n", name);
         }
         return;
     }
-    if (!get(version_, -1.0)) {
+    if (!exchange<&CompositeShm::read>(version_, -1.0, Attempts::untilHad)) {
         std::printf("ERROR: Unable to read version of the Shm %s.\n", name);
     }
     if (version_.getVersion() != expected) {
@@ -123,7 +140,7 @@ bool CompositeShm::addPart(ShmAble& part)
     const std::string lockName = std::string(shm_->getName()) + " Part " + std::to_string(id);
     const int index = parts_->add(id, size + padding, Lock(semaphoreFactory_(lockName.c_str(), true, true)));
     shm_->describePart(index, parts_->offset(index), size + padding, parts_->lock(index).semaphore());
-    if (shm_->isCreated() && !put(part, -1.0)) {
+    if (shm_->isCreated() && !exchange<&CompositeShm::write>(part, -1.0, Attempts::untilHad)) {
         std::printf("ERROR : can't initialize the shm %s!\n", shm_->getName());
     }
     return true;
@@ -147,19 +164,24 @@ int CompositeShm::getIndex(int id) const
     return index;
 }
 
-bool CompositeShm::lock(int index, int id, double timeout)
+bool CompositeShm::lock(int index, int id, double timeout, Attempts attempts)
 {
-    return parts_->lock(index).tryTake() || lockPatiently(index, id, timeout);
+    return parts_->lock(index).tryTake() || lockPatiently(index, id, timeout, attempts);
 }
 
-bool CompositeShm::lockPatiently(int index, int id, double timeout)
+bool CompositeShm::lockPatiently(int index, int id, double timeout, Attempts attempts)
 {
-    std::string taker;
-    const Lock::Outcome outcome = parts_->lock(index).take(timeout, taker);
-    if (outcome == Lock::Outcome::takerDied) {
+    for (;;) {
+        std::string taker;
+        const Lock::Outcome outcome = parts_->lock(index).take(timeout, taker);
+        if (outcome != Lock::Outcome::takerDied) {
+            return outcome == Lock::Outcome::taken;
+        }
         reportDeadTaker(shm_->getName(), "part " + std::to_string(id), taker);
+        if (attempts == Attempts::one) {
+            return false;
+        }
     }
-    return outcome == Lock::Outcome::taken;
 }
 
 void* CompositeShm::address(int index) const
@@ -167,41 +189,27 @@ void* CompositeShm::address(int index) const
     return static_cast<char*>(shm_->getPtr()) + parts_->offset(index);
 }
 
-void CompositeShm::write(ShmAble& part, int index)
+void CompositeShm::write(ShmAble& part, int index, void* address)
 {
-    part.put(address(index));
+    part.put(address);
     shm_->afterWrite(index);
 }
 
-void CompositeShm::read(ShmAble& part, int index)
+void CompositeShm::read(ShmAble& part, int index, void* address)
 {
     if (shm_->beforeRead(index)) {
-        part.get(address(index));
+        part.get(address);
     }
 }
 
 bool CompositeShm::put(ShmAble& part, double timeout)
 {
-    const int id = part.getId();
-    const int index = getIndex(id);
-    if (index == PartTable::none || !lock(index, id, timeout)) {
-        return false;
-    }
-    const Unlock unlock(parts_->lock(index));
-    write(part, index);
-    return true;
+    return exchange<&CompositeShm::write>(part, timeout, Attempts::one);
 }
 
 bool CompositeShm::get(ShmAble& part, double timeout)
 {
-    const int id = part.getId();
-    const int index = getIndex(id);
-    if (index == PartTable::none || !lock(index, id, timeout)) {
-        return false;
-    }
-    const Unlock unlock(parts_->lock(index));
-    read(part, index);
-    return true;
+    return exchange<&CompositeShm::read>(part, timeout, Attempts::one);
 }
 
 bool CompositeShm::putWithoutProtect(ShmAble& part, double)
@@ -210,7 +218,7 @@ bool CompositeShm::putWithoutProtect(ShmAble& part, double)
     if (index == PartTable::none) {
         return false;
     }
-    write(part, index);
+    write(part, index, address(index));
     return true;
 }
 
@@ -220,7 +228,7 @@ bool CompositeShm::getWithoutProtect(ShmAble& part, double)
     if (index == PartTable::none) {
         return false;
     }
-    read(part, index);
+    read(part, index, address(index));
     return true;
 }
 
@@ -228,7 +236,7 @@ bool CompositeShm::getAccess(ShmAble& part, double timeout)
 {
     const int id = part.getId();
     const int index = getIndex(id);
-    return index != PartTable::none && lock(index, id, timeout);
+    return index != PartTable::none && lock(index, id, timeout, Attempts::one);
 }
 
 bool CompositeShm::releaseAccess(ShmAble& part)

@@ -75,24 +75,35 @@ protected:
 
     /// Registered parts, the version record included.
     int getNbParts() const;
+
+    /// The first byte of the segment as mapped in this process.
     void* getShmPtr() const;
 
     /// The layout version.
     short getShmVersion() const;
+
+    /// The factories that the constructor was given.
     ShmFactory getShmFactory() const;
     SemaphoreFactory getSemaphoreFactory() const;
 
     /// Whether this process made the segment.
     bool isCreated() const;
+
+    /// The name by which the system knows the segment.
     char const* shmName() const;
 
 private:
+    /// What comes after a lock was found with a dead process: an exchange fails once, construction goes on.
+    enum class Attempts { one, untilHad };
+
+    template <void (CompositeShm::*copy)(ShmAble&, int, void*)>
+    bool exchange(ShmAble& part, double timeout, Attempts attempts);
     int getIndex(int id) const;
-    bool lock(int index, int id, double timeout);
-    bool lockPatiently(int index, int id, double timeout);
+    bool lock(int index, int id, double timeout, Attempts attempts);
+    bool lockPatiently(int index, int id, double timeout, Attempts attempts);
     void* address(int index) const;
-    void write(ShmAble& part, int index);
-    void read(ShmAble& part, int index);
+    void write(ShmAble& part, int index, void* address);
+    void read(ShmAble& part, int index, void* address);
     void settleVersion(char const* name, short expected);
     void printNoRoom(ShmAble& part, size_t padding) const;
 

@@ -1,11 +1,11 @@
 #include "brvUtils/ipc/EventGroupWin32.h"
 
 #include "brvUtils/ipc/EventWin32.h"
+#include "brvUtils/ipc/internal/NewOrNull.h"
 #include "brvUtils/ipc/internal/Timeout.h"
 #include "brvUtils/os/Event.h"
 
 #include <cstdio>
-#include <new>
 
 namespace brvUtils {
 
@@ -46,7 +46,7 @@ std::size_t EventGroupWin32::eventCount()
 
 IEventGroup* EventGroupWin32::New()
 {
-    return new (std::nothrow) EventGroupWin32;
+    return newOrNull<EventGroupWin32>();
 }
 
 } // namespace brvUtils

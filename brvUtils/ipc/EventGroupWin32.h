@@ -6,11 +6,11 @@
 
 namespace brvUtils {
 
-/// A group of EventWin32. The system waits on at most 64 at once: asking a larger group fails.
 namespace os {
 struct Event;
 }
 
+/// A group of EventWin32. The system waits on at most 64 at once: asking a larger group fails.
 class BRVUTILS_API EventGroupWin32 : public IEventGroup
 {
 public:

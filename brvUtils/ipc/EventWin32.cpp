@@ -1,11 +1,11 @@
 #include "brvUtils/ipc/EventWin32.h"
 
+#include "brvUtils/ipc/internal/NewOrNull.h"
 #include "brvUtils/ipc/internal/Timeout.h"
 #include "brvUtils/os/Event.h"
 #include "brvUtils/startup/InstanceKey.h"
 
 #include <cstdio>
-#include <new>
 
 namespace brvUtils {
 
@@ -64,7 +64,7 @@ void* EventWin32::getHandle() const
 
 IEvent* EventWin32::New(char const* name, bool manualReset, bool initiallySet)
 {
-    return new (std::nothrow) EventWin32(name, manualReset, initiallySet);
+    return newOrNull<EventWin32>(name, manualReset, initiallySet);
 }
 
 } // namespace brvUtils

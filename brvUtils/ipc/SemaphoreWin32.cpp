@@ -1,5 +1,6 @@
 #include "brvUtils/ipc/SemaphoreWin32.h"
 
+#include "brvUtils/ipc/internal/NewOrNull.h"
 #include "brvUtils/ipc/internal/Timeout.h"
 #include "brvUtils/os/Semaphore.h"
 #include "brvUtils/startup/InstanceKey.h"
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
-#include <new>
 
 namespace brvUtils {
 
@@ -78,11 +78,6 @@ bool SemaphoreWin32::free()
     return os::releaseSemaphore(handle_) == os::error::none;
 }
 
-bool SemaphoreWin32::tryTake()
-{
-    return os::waitSemaphore(handle_, 0).status == os::WaitStatus::signalled;
-}
-
 SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::string& deadTaker)
 {
     const os::Milliseconds longestTurn = os::deadTakersAreKnown() ? lookInterval : os::infinite;
@@ -111,7 +106,7 @@ SemaphoreWin32::LockOutcome SemaphoreWin32::askAsLock(double timeout, std::strin
 
 ISemaphore* SemaphoreWin32::New(char const* name, bool initiallyFree, bool withInstance)
 {
-    return new (std::nothrow) SemaphoreWin32(name, initiallyFree, withInstance);
+    return newOrNull<SemaphoreWin32>(name, initiallyFree, withInstance);
 }
 
 } // namespace brvUtils

@@ -10,6 +10,8 @@ namespace os {
 struct Semaphore;
 }
 
+class Lock;
+
 /// A semaphore of the operating system, shared by name between processes.
 ///
 /// It lives while any process has it open; the process that makes it decides whether it starts free. Failing to make it
@@ -38,9 +40,6 @@ public:
     /// As ISemaphore::free; prints nothing.
     bool free() override;
 
-    /// Takes the semaphore if it is free. Waits for nothing and prints nothing.
-    bool tryTake();
-
     /// How askAsLock ended.
     enum class LockOutcome {
         taken,
@@ -57,6 +56,8 @@ public:
     static ISemaphore* New(char const* name, bool initiallyFree, bool withInstance);
 
 private:
+    friend class Lock;
+
     os::Semaphore* handle_;
     std::string name_; ///< As given, for messages.
 };

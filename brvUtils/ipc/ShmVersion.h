@@ -8,6 +8,7 @@ namespace brvUtils {
 class BRVUTILS_API ShmVersion : public ShmAble
 {
 public:
+    /// \param version of the layout that this program is built for.
     explicit ShmVersion(short version);
 
     /// -2.
@@ -16,6 +17,7 @@ public:
     void put(void* destination) override;
     void get(void* source) override;
 
+    /// As given to the constructor, or as read by get().
     short getVersion() const;
 
 private:

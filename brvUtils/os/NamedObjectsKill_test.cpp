@@ -2,6 +2,8 @@
 #include "brvUtils/os/Segment.h"
 #include "brvUtils/os/Semaphore.h"
 #include "testing/Child.h"
+#include "testing/EnvironmentGuard.h"
+#include "testing/TemporaryFolder.h"
 #include "testing/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <thread>
@@ -102,6 +105,23 @@ BRV_CHILD(worker)
     return works ? 0 : 1;
 }
 
+/// Waits without limit, again and again; whoever is killed beside it must not make it miss what it waits for.
+BRV_CHILD(patientWaiter)
+{
+    Semaphore* semaphore = openSemaphore((arguments[0] + "P").c_str(), false).semaphore;
+    Event* event = openEvent((arguments[0] + "Q").c_str(), false, false).event;
+    childSay("waiting");
+    while (childHear()) {
+        waitSemaphore(semaphore, infinite);
+        childSay("semaphore");
+        waitEvent(event, infinite);
+        childSay("event");
+    }
+    closeSemaphore(semaphore);
+    closeEvent(event);
+    return 0;
+}
+
 int rounds()
 {
     // Starting a process takes ten times as long where the system is emulated.
@@ -110,6 +130,8 @@ int rounds()
 
 TEST(NamedObjects, SurviveProcessesThatEndAnywhere)
 {
+    const TemporaryFolder folder;
+    const EnvironmentGuard nameSpace("STUDIO_IPC_NAMESPACE", (folder.path() / "objects").string());
     const std::string prefix = uniqueName();
     std::mt19937 random(20'090'507);
     const auto start = [&](const std::string& end) {
@@ -119,9 +141,14 @@ TEST(NamedObjects, SurviveProcessesThatEndAnywhere)
     };
     const std::string ends[] = {"kill", "kill", "abort", "exit in mid-work", "return"};
     auto survivor = start("return");
+    Semaphore* semaphore = openSemaphore((prefix + "P").c_str(), false).semaphore;
+    Event* event = openEvent((prefix + "Q").c_str(), false, false).event;
+    Child waiter("patientWaiter", {prefix});
+    waiter.expectLine("waiting");
     for (int round = 0; round < rounds(); ++round) {
         const std::string& end = ends[random() % std::size(ends)];
         const auto victim = start(end);
+        waiter.send("again");
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
         if (end == "kill") {
             victim->kill();
@@ -133,6 +160,10 @@ TEST(NamedObjects, SurviveProcessesThatEndAnywhere)
                 victim->expectExit(0);
             }
         }
+        releaseSemaphore(semaphore);
+        waiter.expectLine("semaphore");
+        setEvent(event);
+        waiter.expectLine("event");
         ASSERT_FALSE(HasFailure()) << "round " << round << ", " << end;
         if (round % 20 == 19) {
             survivor->closeInput();
@@ -142,17 +173,23 @@ TEST(NamedObjects, SurviveProcessesThatEndAnywhere)
     }
     survivor->closeInput();
     survivor->expectExit(0);
+    waiter.closeInput();
+    waiter.expectExit(0);
+    closeSemaphore(semaphore);
+    closeEvent(event);
 
     // The last process is gone: each next creator finds nothing.
     for (int i = 0; i < 3; ++i) {
-        const SemaphoreOpening semaphore = openSemaphore((prefix + "S" + std::to_string(i)).c_str(), true);
+        const SemaphoreOpening fresh = openSemaphore((prefix + "S" + std::to_string(i)).c_str(), true);
         const SegmentOpening segment = openSegment((prefix + "M" + std::to_string(i)).c_str(), segmentSize);
-        EXPECT_TRUE(semaphore.created);
+        EXPECT_TRUE(fresh.created);
         EXPECT_TRUE(segment.created);
         EXPECT_EQ(static_cast<char*>(segmentAddress(segment.segment))[segmentSize - 1], '\0');
-        closeSemaphore(semaphore.semaphore);
+        closeSemaphore(fresh.semaphore);
         closeSegment(segment.segment);
     }
+    const auto left = std::filesystem::exists(folder.path() / "objects") ? std::filesystem::directory_iterator(folder.path() / "objects") : std::filesystem::directory_iterator();
+    EXPECT_EQ(std::distance(left, {}), 0);
 }
 
 } // namespace

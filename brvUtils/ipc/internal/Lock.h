@@ -1,6 +1,7 @@
 #pragma once
 
 #include "brvUtils/ipc/SemaphoreWin32.h"
+#include "brvUtils/os/Semaphore.h"
 
 #include <memory>
 #include <string>
@@ -22,13 +23,14 @@ public:
         : semaphore_(semaphore)
         // A class derived from SemaphoreWin32 may wait in a way of its own.
         , known_(semaphore != nullptr && typeid(*semaphore) == typeid(SemaphoreWin32) ? static_cast<SemaphoreWin32*>(semaphore) : nullptr)
+        , handle_(known_ != nullptr ? known_->handle_ : nullptr)
     {
     }
 
     ISemaphore* semaphore() const { return semaphore_.get(); }
 
     /// Takes it if that is possible at once without a word; what other kinds would say to that is not known.
-    bool tryTake() { return known_ != nullptr && known_->tryTake(); }
+    bool tryTake() { return handle_ != nullptr && os::waitSemaphore(handle_, 0).status == os::WaitStatus::signalled; }
 
     /// \param timeout in seconds, as for ISemaphore::ask.
     /// \param deadTaker where a description of the dead process goes, when there was one.
@@ -42,8 +44,8 @@ public:
 
     bool free()
     {
-        if (known_ != nullptr) {
-            return known_->SemaphoreWin32::free();
+        if (handle_ != nullptr) {
+            return os::releaseSemaphore(handle_) == os::error::none;
         }
         return semaphore_ != nullptr && semaphore_->free();
     }
@@ -51,6 +53,7 @@ public:
 private:
     std::unique_ptr<ISemaphore> semaphore_;
     SemaphoreWin32* known_ = nullptr; ///< The same, when it is exactly of this class.
+    os::Semaphore* handle_ = nullptr; ///< And its handle: the shortest way to it.
 };
 
 /// Frees a lock that was taken, at the end of the scope, also when a part's own code throws.

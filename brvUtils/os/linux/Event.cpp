@@ -20,19 +20,27 @@ bool isValid(const Handle* handle)
 {
     const std::uint64_t resetsBefore = event.state->load(std::memory_order_acquire) & resets;
     SpinThenSleep pace(event);
-    if (pace.spin([&] { return tryPassSince(event, resetsBefore); })) {
+    if (pace.spin([&] { return tryPassSince(event, resetsBefore) == Attempt::done; })) {
         return {WaitStatus::signalled, error::none};
     }
     const Deadline deadline(pace.start(), timeout);
     bool inTime = true;
-    while (!tryPassSince(event, resetsBefore)) {
-        if (!inTime) {
+    for (int naps = 0;;) {
+        const Attempt attempt = tryPassSince(event, resetsBefore);
+        if (attempt == Attempt::done) {
+            return {WaitStatus::signalled, error::none};
+        }
+        if (!inTime && (attempt == Attempt::notSignalled || ++naps > lastNaps)) {
             return {WaitStatus::timedOut, error::none};
         }
         std::uint32_t expected = 0;
-        inTime = !announceWaiter(event, expected) || futexWait(*event.state, expected, deadline.moment());
+        if (attempt == Attempt::held) {
+            nap();
+            inTime = !deadline.passed();
+        } else if (announceWaiter(event, expected)) {
+            inTime = futexWait(*event.state, expected, deadline.moment());
+        }
     }
-    return {WaitStatus::signalled, error::none};
 }
 
 } // namespace
@@ -74,13 +82,8 @@ ErrorCode resetEvent(Event* event) noexcept
     if (!isValid(handle)) {
         return error::invalidHandle;
     }
-    std::uint64_t state = settled(*handle);
-    while ((state & signalled) != 0) {
-        const std::uint64_t next = ((state & ~(signalled | hasWaiters)) + oneReset) & lowHalf;
-        if (handle->state->compare_exchange_weak(state, next, std::memory_order_acq_rel, std::memory_order_relaxed)) {
-            break;
-        }
-        state = settled(*handle);
+    while (tryReset(*handle) == Attempt::held) {
+        nap();
     }
     return error::none;
 }
@@ -91,10 +94,11 @@ WaitResult waitEvent(Event* event, Milliseconds timeout) noexcept
     if (!isValid(handle)) {
         return {WaitStatus::failed, error::invalidHandle};
     }
-    if (tryPass(*handle)) {
+    const Attempt attempt = tryPass(*handle);
+    if (attempt == Attempt::done) {
         return {WaitStatus::signalled, error::none};
     }
-    if (timeout == 0) {
+    if (timeout == 0 && attempt == Attempt::notSignalled) {
         return {WaitStatus::timedOut, error::none};
     }
     return waitLonger(*handle, timeout);

@@ -10,70 +10,78 @@ namespace {
 constexpr auto acquire = std::memory_order_acquire;
 constexpr auto relaxed = std::memory_order_relaxed;
 
-std::uint64_t ended(std::uint64_t state)
-{
-    return state & lowHalf & ~reserved;
-}
-
-/// Gives the reserving process time to go on; takes the reservation back if it has died.
-void outlast(Handle& event, std::uint64_t state, int round)
-{
-    if (round < 100) {
-        pauseProcessor();
-        return;
-    }
-    const auto ticket = static_cast<std::uint32_t>(state >> 32);
-    if (!ObjectTable::instance().isAlive(ticket)) {
-        event.state->compare_exchange_strong(state, ended(state), relaxed);
-        return;
-    }
-    const timespec shortly{0, 50'000};
-    nanosleep(&shortly, nullptr);
-}
-
-} // namespace
-
+/// The state once no reservation stands, or one that has lasted too long.
 std::uint64_t settled(Handle& event)
 {
+    constexpr int patience = 200; // pauses: several times what a reservation takes
     std::uint64_t state = event.state->load(acquire);
-    for (int round = 0; (state & reserved) != 0; ++round) {
-        outlast(event, state, round);
+    for (int round = 0; (state & reserved) != 0 && round < patience; ++round) {
+        pauseProcessor();
         state = event.state->load(acquire);
+    }
+    if ((state & reserved) != 0 && !ObjectTable::instance().isAlive(static_cast<std::uint32_t>(state >> 32))) {
+        const std::uint64_t ended = state & lowHalf & ~reserved;
+        if (event.state->compare_exchange_strong(state, ended, acquire, acquire)) {
+            return ended;
+        }
     }
     return state;
 }
 
-bool tryPass(Handle& event)
+} // namespace
+
+Attempt tryPass(Handle& event)
 {
-    std::uint64_t state = settled(event);
-    while ((state & signalled) != 0) {
-        if (event.manualReset || event.state->compare_exchange_weak(state, state & ~(signalled | hasWaiters), acquire, relaxed)) {
-            return true;
+    for (;;) {
+        std::uint64_t state = settled(event);
+        if ((state & signalled) == 0) {
+            return Attempt::notSignalled;
         }
-        state = settled(event);
+        if ((state & reserved) != 0) {
+            return Attempt::held;
+        }
+        if (event.manualReset || event.state->compare_exchange_weak(state, state & ~(signalled | hasWaiters), acquire, relaxed)) {
+            return Attempt::done;
+        }
     }
-    return false;
 }
 
-bool tryPassSince(Handle& event, std::uint64_t resetsBefore)
+Attempt tryPassSince(Handle& event, std::uint64_t resetsBefore)
 {
-    return tryPass(event) || (event.manualReset && (event.state->load(acquire) & resets) != resetsBefore);
+    const Attempt attempt = tryPass(event);
+    const bool wasSet = event.manualReset && (event.state->load(acquire) & resets) != resetsBefore;
+    return wasSet ? Attempt::done : attempt;
 }
 
-bool announceWaiter(Handle& event, std::uint32_t& expected)
+Attempt tryReset(Handle& event)
 {
-    std::uint64_t state = event.state->load(relaxed);
-    expected = static_cast<std::uint32_t>(state | hasWaiters);
-    return (state & (signalled | reserved)) == 0
-        && ((state & hasWaiters) != 0 || event.state->compare_exchange_strong(state, state | hasWaiters, relaxed));
+    for (;;) {
+        std::uint64_t state = settled(event);
+        if ((state & reserved) != 0) {
+            return Attempt::held;
+        }
+        const std::uint64_t next = ((state & ~(signalled | hasWaiters)) + oneReset) & lowHalf;
+        if ((state & signalled) == 0 || event.state->compare_exchange_weak(state, next, std::memory_order_acq_rel, relaxed)) {
+            return Attempt::done;
+        }
+    }
 }
 
-bool tryReserve(Handle& event)
+Attempt tryReserve(Handle& event)
 {
     const std::uint64_t holder = std::uint64_t{event.ticket} << 32;
-    std::uint64_t state = event.state->load(relaxed);
-    return (state & signalled) != 0 && (state & reserved) == 0
-        && event.state->compare_exchange_strong(state, state | reserved | holder, acquire, relaxed);
+    for (;;) {
+        std::uint64_t state = settled(event);
+        if ((state & signalled) == 0) {
+            return Attempt::notSignalled;
+        }
+        if ((state & reserved) != 0) {
+            return Attempt::held;
+        }
+        if (event.state->compare_exchange_weak(state, state | reserved | holder, acquire, relaxed)) {
+            return Attempt::done;
+        }
+    }
 }
 
 void commit(Handle& event)
@@ -85,6 +93,20 @@ void commit(Handle& event)
 void rollBack(Handle& event)
 {
     event.state->fetch_and(lowHalf & ~reserved, std::memory_order_release);
+}
+
+bool announceWaiter(Handle& event, std::uint32_t& expected)
+{
+    std::uint64_t state = event.state->load(relaxed);
+    expected = static_cast<std::uint32_t>(state | hasWaiters);
+    return (state & (signalled | reserved)) == 0
+        && ((state & hasWaiters) != 0 || event.state->compare_exchange_strong(state, state | hasWaiters, relaxed));
+}
+
+void nap()
+{
+    const timespec shortly{0, 50'000};
+    nanosleep(&shortly, nullptr);
 }
 
 } // namespace brvUtils::os::eventState

@@ -2,7 +2,7 @@
 
 #include "brvUtils/os/linux/Handle.h"
 
-/// The state word of an event and the steps on it.
+/// The state word of an event and the steps on it. None of them blocks.
 ///
 ///     bit 0        signalled
 ///     bit 1        somebody sleeps
@@ -21,24 +21,36 @@ constexpr std::uint64_t oneReset = 8;
 constexpr std::uint64_t resets = 0xFFFFFFF8;
 constexpr std::uint64_t lowHalf = 0xFFFFFFFF;
 
-/// The state once no reservation stands.
-std::uint64_t settled(Handle& event);
+enum class Attempt {
+    done,
+    notSignalled,
+    held ///< Reserved by another, who is slow: to be tried again after a nap().
+};
 
 /// Lets the caller through if the event is signalled; takes the signal of an auto-reset event.
-bool tryPass(Handle& event);
+Attempt tryPass(Handle& event);
 
-/// As tryPass; of a manual-reset event also true when it was set since it had so many resets.
-bool tryPassSince(Handle& event, std::uint64_t resetsBefore);
+/// As tryPass; of a manual-reset event also done when it was reset since it had so many resets: it was set then.
+Attempt tryPassSince(Handle& event, std::uint64_t resetsBefore);
+
+/// Takes the signal back, if there is one. Never notSignalled.
+Attempt tryReset(Handle& event);
+
+/// Holds a signalled event for a wait for all.
+Attempt tryReserve(Handle& event);
+
+/// Ends a reservation of this process: takes the signal of an auto-reset event, or leaves it.
+void commit(Handle& event);
+void rollBack(Handle& event);
 
 /// Says that somebody is about to sleep. False when the event is signalled or changed meanwhile; otherwise `expected` is
 /// the low half to sleep on.
 bool announceWaiter(Handle& event, std::uint32_t& expected);
 
-/// Holds a signalled event for a wait for all. False when it is not signalled or held by another.
-bool tryReserve(Handle& event);
+/// Gives a process that holds a reservation time to go on.
+void nap();
 
-/// Ends a reservation of this process: takes the signal of an auto-reset event, or leaves it.
-void commit(Handle& event);
-void rollBack(Handle& event);
+/// How many naps a wait whose time is over still grants: an event that is signalled must not look as if it were not.
+constexpr int lastNaps = 40;
 
 } // namespace brvUtils::os::eventState

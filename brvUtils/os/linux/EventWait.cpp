@@ -58,6 +58,7 @@ ErrorCode check(const Members& members, bool all)
     return error::none;
 }
 
+/// The first signalled one in list order.
 class AnyOf
 {
 public:
@@ -71,15 +72,20 @@ public:
         }
     }
 
-    bool tryPass(std::size_t& index)
+    Attempt tryPass(std::size_t& index)
     {
+        Attempt result = Attempt::notSignalled;
         for (std::size_t i = 0; i < members_.count; ++i) {
-            if (tryPassSince(members_[i], resetsBefore_[i])) {
+            const Attempt attempt = tryPassSince(members_[i], resetsBefore_[i]);
+            if (attempt == Attempt::done) {
                 index = i;
-                return true;
+                return attempt;
+            }
+            if (attempt == Attempt::held) {
+                result = attempt;
             }
         }
-        return false;
+        return result;
     }
 
 private:
@@ -87,39 +93,46 @@ private:
     std::array<std::uint64_t, maximumWaitCount> resetsBefore_{};
 };
 
+/// All of them, in one step for those who look at them.
 class AllOf
 {
 public:
     static constexpr bool needsAll = true;
 
     explicit AllOf(const Members& members)
-        : members_(members)
+        : count_(members.count)
     {
+        for (std::size_t i = 0; i < count_; ++i) {
+            ordered_[i] = &members[i];
+        }
+        // Everybody reserves in the order of the slots, so that of several waits one always gets on.
+        std::sort(ordered_.begin(), ordered_.begin() + static_cast<std::ptrdiff_t>(count_),
+            [](const Handle* a, const Handle* b) { return a->slot < b->slot; });
     }
 
-    bool tryPass(std::size_t& index)
+    Attempt tryPass(std::size_t& index)
     {
-        // Waits for the ends of other reservations come first: two processes that waited for each other's while holding
-        // their own would never end.
-        for (std::size_t i = 0; i < members_.count; ++i) {
-            settled(members_[i]);
+        // Mostly one is missing: seen without touching the others.
+        for (std::size_t i = 0; i < count_; ++i) {
+            if ((ordered_[i]->state->load(std::memory_order_acquire) & signalled) == 0) {
+                return Attempt::notSignalled;
+            }
         }
         std::size_t held = 0;
-        while (held < members_.count && tryReserve(members_[held])) {
+        Attempt attempt = Attempt::done;
+        while (held < count_ && (attempt = tryReserve(*ordered_[held])) == Attempt::done) {
             ++held;
         }
-        const bool all = held == members_.count;
         for (std::size_t i = 0; i < held; ++i) {
-            all ? commit(members_[i]) : rollBack(members_[i]);
+            attempt == Attempt::done ? commit(*ordered_[i]) : rollBack(*ordered_[i]);
         }
-        if (all) {
-            index = 0;
-        }
-        return all;
+        index = 0;
+        return attempt;
     }
 
 private:
-    const Members& members_;
+    std::size_t count_;
+    std::array<Handle*, maximumWaitCount> ordered_{};
 };
 
 /// Sleeps until one of the events that were not signalled changes. Returns at once when one changed meanwhile.
@@ -147,11 +160,12 @@ ErrorCode sleepOn(const Members& members, bool passSignalled, const Deadline& de
         inTime = !deadline.passed();
         return error::none;
     }
-    if (syscall(SYS_futex_waitv, waits.data(), count, 0, deadline.moment(), CLOCK_MONOTONIC) < 0) {
-        inTime = errno != ETIMEDOUT;
-        return errno == ENOSYS ? fromErrno(errno) : error::none;
+    if (syscall(SYS_futex_waitv, waits.data(), count, 0, deadline.moment(), CLOCK_MONOTONIC) >= 0 || errno == EAGAIN || errno == EINTR) {
+        return error::none;
     }
-    return error::none;
+    inTime = errno != ETIMEDOUT;
+    // An old kernel, or a container that lets nobody call it.
+    return !inTime ? error::none : errno == ENOSYS || errno == EPERM ? error::notSupported : fromErrno(errno);
 }
 
 template <typename Condition>
@@ -159,15 +173,21 @@ WaitResult wait(const Members& members, Condition condition, Milliseconds timeou
 {
     const Deadline deadline(monotonicNanoseconds(), timeout);
     bool inTime = timeout != 0;
-    while (!condition.tryPass(index)) {
-        if (!inTime) {
+    for (int naps = 0;;) {
+        const Attempt attempt = condition.tryPass(index);
+        if (attempt == Attempt::done) {
+            return {WaitStatus::signalled, error::none};
+        }
+        if (!inTime && (attempt == Attempt::notSignalled || ++naps > lastNaps)) {
             return {WaitStatus::timedOut, error::none};
         }
-        if (const ErrorCode fault = sleepOn(members, Condition::needsAll, deadline, inTime); fault != error::none) {
+        if (attempt == Attempt::held) {
+            nap();
+            inTime = !deadline.passed();
+        } else if (const ErrorCode fault = sleepOn(members, Condition::needsAll, deadline, inTime); fault != error::none) {
             return {WaitStatus::failed, fault};
         }
     }
-    return {WaitStatus::signalled, error::none};
 }
 
 } // namespace
@@ -179,7 +199,8 @@ WaitResult waitEvents(Event* const* events, std::size_t count, bool all, Millise
         return {WaitStatus::failed, fault};
     }
     std::size_t found = 0;
-    const WaitResult result = all ? wait(members, AllOf(members), timeout, found) : wait(members, AnyOf(members), timeout, found);
+    // Of one event all is any; but a wait for any also sees a signal that was reset at once.
+    const WaitResult result = all && count > 1 ? wait(members, AllOf(members), timeout, found) : wait(members, AnyOf(members), timeout, found);
     if (result.status == WaitStatus::signalled) {
         *index = found;
     }

@@ -33,14 +33,14 @@ ErrorCode NameSpaceFolder::open()
     const mode_t mode = shared_ ? 02770 : 0700;
     const bool made = mkdir(path_.c_str(), mode) == 0;
     if (!made && errno != EEXIST) {
-        return fromErrno(errno);
-    }
-    if (made) {
-        chmod(path_.c_str(), mode); // mkdir leaves out what the mask forbids
+        return errno == ENOENT ? error::pathNotFound : fromErrno(errno);
     }
     descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (descriptor_ < 0) {
         return errno == ENOTDIR ? error::accessDenied : fromErrno(errno);
+    }
+    if (made) {
+        fchmod(descriptor_, mode); // mkdir leaves out what the mask forbids
     }
     struct stat status{};
     fstat(descriptor_, &status);

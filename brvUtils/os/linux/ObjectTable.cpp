@@ -1,6 +1,7 @@
 #include "brvUtils/os/linux/ObjectTable.h"
 
 #include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/ObjectName.h"
 #include "brvUtils/os/linux/SegmentFile.h"
 
 #include <algorithm>
@@ -15,38 +16,6 @@ namespace brvUtils::os {
 namespace {
 
 constexpr std::uint32_t noSlot = slotCapacity;
-
-/// As on Windows: a prefix says which sessions see the name (here there is but one), any other backslash is a fault.
-ErrorCode normalizeName(const char* text, std::string_view& name)
-{
-    if (text == nullptr || *text == '\0') {
-        return error::invalidParameter;
-    }
-    name = text;
-    if (name.size() > nameLimit) {
-        return error::fileNameTooLong;
-    }
-    for (const std::string_view prefix : {std::string_view("Local\\"), std::string_view("Global\\")}) {
-        if (name.substr(0, prefix.size()) == prefix) {
-            name.remove_prefix(prefix.size());
-            break;
-        }
-    }
-    if (name.find('\\') != std::string_view::npos) {
-        return error::pathNotFound;
-    }
-    return name.empty() ? error::invalidParameter : error::none;
-}
-
-/// FNV-1a, never 0.
-std::uint64_t hashOf(std::string_view name)
-{
-    std::uint64_t hash = 14695981039346656037u;
-    for (const char c : name) {
-        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
-    }
-    return hash != 0 ? hash : 1;
-}
 
 } // namespace
 
@@ -66,29 +35,28 @@ ObjectTable::ObjectTable()
 void ObjectTable::forgetInChild()
 {
     file_.forget();
-    openHandles_ = 0;
-    std::fill(holds_.begin(), holds_.end(), 0);
+    forgetHandles();
     mutex_.unlock();
 }
 
-/// A process that ends without closing its handles is one that the kernel closes them for; this clears the files away too.
+/// A process that ends without closing its handles is one that the kernel closes them for. Where others are left, the
+/// last of them clears up; where there is nobody, nobody else would.
 void ObjectTable::leaveAtExit()
 {
     // Not by force: whoever ends the program in the midst of an opening leaves that to the next process.
     const std::unique_lock guard(mutex_, std::try_to_lock);
-    if (!guard || !file_.isAttached() || file_.lock() != error::none) {
-        return;
-    }
-    for (std::uint32_t slot = 0; slot < slotCapacity; ++slot) {
-        if (holds_[slot] != 0) {
-            holds_[slot] = 1;
-            letGo(slot);
+    if (guard && file_.isAttached() && file_.lock() == error::none) {
+        file_.leaveAtExit();
+        if (!file_.isAttached()) {
+            forgetHandles();
         }
     }
+}
+
+void ObjectTable::forgetHandles()
+{
     openHandles_ = 0;
-    discardDead();
-    // Other threads may still be at work.
-    file_.leave(TableFile::Mapping::keep);
+    std::fill(holds_.begin(), holds_.end(), 0);
 }
 
 ObjectOpening ObjectTable::open(const char* text, const ObjectRequest& request) noexcept
@@ -226,7 +194,7 @@ ErrorCode ObjectTable::findFreeSlot(std::uint32_t& slot)
     const Table& table = file_.table();
     const auto firstFree = [&] {
         std::uint32_t candidate = 0;
-        while (candidate < table.header.slotsUsed && table.index[candidate].load(std::memory_order_relaxed) != 0) {
+        while (candidate < std::min(table.header.slotsUsed, slotCapacity) && table.index[candidate].load(std::memory_order_relaxed) != 0) {
             ++candidate;
         }
         return candidate;
@@ -345,9 +313,12 @@ ErrorCode ObjectTable::close(Handle* handle, Kind kind) noexcept
     pool_.giveBack(handle);
     if (inTable) {
         --openHandles_;
-        const ErrorCode locked = file_.lock();
-        if (locked != error::none) {
-            return locked;
+        if (const ErrorCode fault = file_.lock(); fault != error::none) {
+            // The table is not to be touched; the kernel's locks can still be given back.
+            if (--holds_[slot] == 0) {
+                file_.letGoOfSlot(slot);
+            }
+            return fault;
         }
         letGo(slot);
         leaveIfUnused();
@@ -362,13 +333,22 @@ void ObjectTable::leaveIfUnused()
         return;
     }
     discardDead();
-    file_.leave(TableFile::Mapping::remove);
+    file_.leave();
 }
 
-const ProcessRecord* ObjectTable::processOf(std::uint32_t ticket) const
+bool ObjectTable::isAlive(std::uint32_t ticket) const
 {
-    const ProcessRecord& record = file_.table().processes[ticket % processCapacity];
-    return record.ticket == ticket ? &record : nullptr;
+    const std::lock_guard guard(mutex_);
+    return !file_.isAttached() || file_.isAlive(ticket);
+}
+
+ProcessRecord ObjectTable::processOf(std::uint32_t ticket) const
+{
+    const std::lock_guard guard(mutex_);
+    if (file_.isAttached() && file_.table().processes[ticket % processCapacity].ticket == ticket) {
+        return file_.table().processes[ticket % processCapacity];
+    }
+    return {};
 }
 
 } // namespace brvUtils::os

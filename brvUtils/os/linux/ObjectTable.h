@@ -42,10 +42,10 @@ public:
     ErrorCode close(Handle* handle, Kind kind) noexcept;
 
     /// Whether the process of that ticket still runs. The caller has a handle open.
-    bool isAlive(std::uint32_t ticket) const { return file_.isAlive(ticket); }
+    bool isAlive(std::uint32_t ticket) const;
 
-    /// What is known of the process of that ticket; null when its record was used again.
-    const ProcessRecord* processOf(std::uint32_t ticket) const;
+    /// What is known of the process of that ticket; all zero when its record was used again.
+    ProcessRecord processOf(std::uint32_t ticket) const;
 
 private:
     ObjectTable();
@@ -65,8 +65,9 @@ private:
 
     void forgetInChild();
     void leaveAtExit();
+    void forgetHandles();
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     TableFile file_;
     HandlePool pool_;
     std::uint32_t attachment_ = 0; ///< Counts them; handles of an earlier one (before a fork, an exit) are not in the table.

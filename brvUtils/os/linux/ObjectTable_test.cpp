@@ -66,17 +66,69 @@ TEST(ObjectTable, LeavesNoFileBehind)
 
 BRV_CHILD(exitsWithObjects)
 {
+    // Runs when the library has left the table already.
+    std::atexit([] {
+        const SemaphoreOpening late = openSemaphore("late", true);
+        childSay(late.created ? "created" : "failed");
+        closeSemaphore(late.semaphore);
+    });
     static Segment* const segment = openSegment("held segment", 10'000).segment;
     std::atexit([] { closeSegment(segment); });
     openSemaphore("held semaphore", true);
     std::exit(0);
 }
 
-TEST(ObjectTable, LeavesNoFileBehindWhenAProgramJustExits)
+TEST(ObjectTable, AProgramThatJustExitsLeavesNoFileAndHoldsUpNobody)
 {
     const NameSpace space;
+    {
+        Child child("exitsWithObjects");
+        child.expectLine("created");
+        child.expectExit(0);
+    }
+    EXPECT_EQ(space.files(), 0);
+
+    Semaphore* beside = openSemaphore("beside", true).semaphore;
     Child child("exitsWithObjects");
+    child.expectLine("created");
     child.expectExit(0);
+    const SegmentOpening next = openSegment("held segment", 10'000);
+    EXPECT_TRUE(next.created);
+    closeSegment(next.segment);
+    closeSemaphore(beside);
+}
+
+BRV_CHILD(forks)
+{
+    waitSemaphore(openSemaphore(arguments[0].c_str(), true).semaphore, 0);
+    int forked[2];
+    if (pipe(forked) != 0) {
+        return 1;
+    }
+    if (fork() == 0) {
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        close(forked[0]);
+        close(forked[1]);
+        childHear(); // until the test closes the input
+        _exit(0);
+    }
+    close(forked[1]);
+    char end = 0;
+    childSay(read(forked[0], &end, 1) == 0 ? "forked" : "failed");
+    childHear();
+    return 0;
+}
+
+TEST(ObjectTable, AForkedChildDoesNotKeepItsParentsLocks)
+{
+    const NameSpace space;
+    Semaphore* semaphore = openSemaphore("x", true).semaphore;
+    Child child("forks", {"x"});
+    child.expectLine("forked");
+    child.kill();
+    EXPECT_TRUE(releaseSemaphoreOfDeadTaker(semaphore).found);
+    closeSemaphore(semaphore);
     EXPECT_EQ(space.files(), 0);
 }
 
@@ -114,6 +166,7 @@ TEST(ObjectTable, AForeignFileInPlaceOfTheTableIsReplacedOnlyWhileNobodyUsesIt)
         const SemaphoreOpening opened = openSemaphore("x", true);
         EXPECT_TRUE(opened.created);
         closeSemaphore(opened.semaphore);
+        EXPECT_EQ(space.files(), 0) << "the segment of the former table is gone too";
     }
 }
 
@@ -131,11 +184,9 @@ TEST(ObjectTable, ATableCutShortUnderAUserRefusesTheNextOpening)
 
 // Names and rights of the folder are those of a user; the child becomes one that owns nothing yet.
 
-constexpr uid_t somebody = 54321;
-const char* const foldersOfSomebody = "/dev/shm/brvUtils-54321";
-
 BRV_CHILD(opensAsSomebody)
 {
+    const auto somebody = static_cast<uid_t>(std::stoul(arguments[0]));
     if (setresgid(somebody, somebody, somebody) != 0 || setresuid(somebody, somebody, somebody) != 0) {
         return 9;
     }
@@ -145,9 +196,9 @@ BRV_CHILD(opensAsSomebody)
     return 0;
 }
 
-void expectForSomebody(ErrorCode expected)
+void expectForUser(uid_t user, ErrorCode expected)
 {
-    Child child("opensAsSomebody");
+    Child child("opensAsSomebody", {std::to_string(user)});
     child.expectLine(std::to_string(expected));
     child.expectExit(0);
 }
@@ -157,13 +208,15 @@ TEST(ObjectTable, RefusesAFolderThatIsNotTheUsersOwn)
     if (geteuid() != 0) {
         GTEST_SKIP() << "takes the rights of several users, which only root can";
     }
-    fs::remove_all(foldersOfSomebody);
+    const uid_t somebody = 1'000'000'000 + static_cast<uid_t>(getpid());
+    const std::string foldersOfSomebody = "/dev/shm/brvUtils-" + std::to_string(somebody);
+    const auto expectForSomebody = [&](ErrorCode expected) { expectForUser(somebody, expected); };
     expectForSomebody(error::none);
     EXPECT_FALSE(fs::exists(foldersOfSomebody)) << "nothing is left behind";
 
     fs::create_directory(foldersOfSomebody);
     expectForSomebody(error::accessDenied);
-    EXPECT_EQ(chown(foldersOfSomebody, somebody, somebody), 0);
+    EXPECT_EQ(chown(foldersOfSomebody.c_str(), somebody, somebody), 0);
     fs::permissions(foldersOfSomebody, fs::perms(0777));
     expectForSomebody(error::accessDenied);
     fs::permissions(foldersOfSomebody, fs::perms(0700));
@@ -183,16 +236,37 @@ TEST(ObjectTable, RefusesAFolderThatIsNotTheUsersOwn)
     fs::remove(foldersOfSomebody);
 }
 
+class SmallFileSystem
+{
+public:
+    SmallFileSystem()
+    {
+        fs::create_directory(mountPoint_);
+        mounted_ = mount("tmpfs", mountPoint_.c_str(), "tmpfs", 0, "size=2m,mode=0700") == 0;
+    }
+    ~SmallFileSystem()
+    {
+        if (mounted_) {
+            umount(mountPoint_.c_str());
+        }
+        fs::remove(mountPoint_);
+    }
+    bool isMounted() const { return mounted_; }
+    const fs::path& mountPoint() const { return mountPoint_; }
+
+private:
+    fs::path mountPoint_ = "/dev/shm/" + uniqueName("brv");
+    bool mounted_ = false;
+};
+
 TEST(ObjectTable, TooLittleSpaceFailsTheCreationAlone)
 {
-    const fs::path mountPoint = "/dev/shm/" + uniqueName("brv");
-    fs::create_directory(mountPoint);
-    if (mount("tmpfs", mountPoint.c_str(), "tmpfs", 0, "size=2m,mode=0700") != 0) {
-        fs::remove(mountPoint);
+    const SmallFileSystem fileSystem;
+    if (!fileSystem.isMounted()) {
         GTEST_SKIP() << "needs a small file system, which only root can mount";
     }
     {
-        const NameSpace space(mountPoint / "space");
+        const NameSpace space(fileSystem.mountPoint() / "space");
         Segment* fits = openSegment("fits", 900'000).segment;
         ASSERT_NE(fits, nullptr);
         static_cast<char*>(segmentAddress(fits))[899'999] = 'x';
@@ -215,8 +289,6 @@ TEST(ObjectTable, TooLittleSpaceFailsTheCreationAlone)
         }
         closeSemaphore(opening.semaphore);
     }
-    umount(mountPoint.c_str());
-    fs::remove(mountPoint);
 }
 
 BRV_CHILD(manyObjects)

@@ -1,8 +1,11 @@
 #include "brvUtils/os/linux/SegmentFile.h"
 
 #include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/FileSpace.h"
 
 #include <cstdio>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -14,7 +17,9 @@ namespace {
 
 struct FileName
 {
-    explicit FileName(std::uint32_t slot) { std::snprintf(text, sizeof text, "segment-%u", slot); }
+    explicit FileName(std::uint32_t slot) { std::snprintf(text, sizeof text, "%s%u", stem, slot); }
+
+    static constexpr const char* stem = "segment-";
     char text[24];
 };
 
@@ -34,8 +39,12 @@ ErrorCode createSegmentFile(int folder, std::uint32_t slot, std::size_t size, mo
         return fromErrno(errno);
     }
     int number = 0;
-    if (fallocate(file, 0, 0, static_cast<off_t>(wholePages(size))) != 0 || fchmod(file, mode) != 0) {
+    if (ftruncate(file, static_cast<off_t>(wholePages(size))) != 0 || fchmod(file, mode) != 0) {
         number = errno;
+    } else {
+        number = reserveFileSpace(file, 0, static_cast<off_t>(wholePages(size)));
+    }
+    if (number != 0) {
         removeSegmentFile(folder, slot);
     }
     close(file);
@@ -66,6 +75,21 @@ ErrorCode mapSegmentFile(int folder, std::uint32_t slot, std::size_t size, Handl
 void removeSegmentFile(int folder, std::uint32_t slot)
 {
     unlinkat(folder, FileName(slot).text, 0);
+}
+
+void removeAllSegmentFiles(int folder)
+{
+    const int list = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); // the reading closes it
+    DIR* entries = list >= 0 ? fdopendir(list) : nullptr;
+    if (entries == nullptr) {
+        return;
+    }
+    while (const dirent* entry = readdir(entries)) {
+        if (std::strncmp(entry->d_name, FileName::stem, std::strlen(FileName::stem)) == 0) {
+            unlinkat(folder, entry->d_name, 0);
+        }
+    }
+    closedir(entries);
 }
 
 } // namespace brvUtils::os

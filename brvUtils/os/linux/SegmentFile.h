@@ -16,6 +16,9 @@ ErrorCode mapSegmentFile(int folder, std::uint32_t slot, std::size_t size, Handl
 
 void removeSegmentFile(int folder, std::uint32_t slot);
 
+/// Removes those of all slots, when nobody is left who could have one open.
+void removeAllSegmentFiles(int folder);
+
 /// `size` in whole pages, as Windows counts segments.
 std::size_t wholePages(std::size_t size);
 

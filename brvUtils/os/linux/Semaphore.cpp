@@ -132,17 +132,16 @@ DeadTaker releaseSemaphoreOfDeadTaker(Semaphore* semaphore) noexcept
     if (ticket == isFree || table.isAlive(ticket)) {
         return dead;
     }
-    const ProcessRecord* process = table.processOf(ticket);
-    if (process != nullptr) {
-        dead.processId = process->processId;
-        std::memcpy(dead.program, process->program, sizeof dead.program);
-    }
-    // Exactly the state that the dead process left: the semaphore may have a new taker by now. A waiter may have set its
-    // flag meanwhile.
+    const ProcessRecord process = table.processOf(ticket);
+    dead.processId = process.processId;
+    std::memcpy(dead.program, process.program, sizeof dead.program);
+    // Taken over and then released: were this process killed in between, the next one would find a dead taker again, and
+    // whoever sleeps is woken by a release, not forgotten. Exactly the state that the dead process left is changed: the
+    // semaphore may have a new taker by now, or a waiter have set its flag.
     while (static_cast<std::uint32_t>(state & ~hasWaiters) == ticket) {
-        if (handle->state->compare_exchange_strong(state, isFree, std::memory_order_acq_rel, std::memory_order_relaxed)) {
+        if (handle->state->compare_exchange_strong(state, handle->ticket | (state & hasWaiters), std::memory_order_acq_rel, std::memory_order_relaxed)) {
             dead.found = true;
-            futexWakeAll(*handle->state);
+            releaseSemaphore(semaphore);
             break;
         }
     }

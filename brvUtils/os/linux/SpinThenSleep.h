@@ -4,7 +4,7 @@
 #include "brvUtils/os/linux/Handle.h"
 
 #include <algorithm>
-#include <unistd.h>
+#include <sched.h>
 
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
@@ -78,7 +78,10 @@ private:
 
     static bool hasSeveralProcessors()
     {
-        static const bool several = sysconf(_SC_NPROCESSORS_ONLN) > 1;
+        static const bool several = [] {
+            cpu_set_t allowed;
+            return sched_getaffinity(0, sizeof allowed, &allowed) != 0 || CPU_COUNT(&allowed) > 1;
+        }();
         return several;
     }
 

@@ -1,7 +1,9 @@
 #include "brvUtils/os/linux/TableFile.h"
 
 #include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/FileSpace.h"
 #include "brvUtils/os/linux/ProcessIdentity.h"
+#include "brvUtils/os/linux/SegmentFile.h"
 
 #include <cstring>
 #include <fcntl.h>
@@ -94,26 +96,37 @@ ErrorCode TableFile::check() const
 
 ErrorCode TableFile::format()
 {
+    removeAllSegmentFiles(folder_.descriptor()); // of the table that was here
     TableHeader header{};
     header.version = tableVersion;
-    const bool done = ftruncate(file_, 0) == 0 && ftruncate(file_, sizeof(Table)) == 0
-        && fallocate(file_, 0, 0, offsetof(Table, slots)) == 0
-        && pwrite(file_, &header, sizeof header, 0) == sizeof header
-        && pwrite(file_, tableMagic, sizeof tableMagic, offsetof(TableHeader, magic)) == sizeof tableMagic;
-    if (!done) {
-        const ErrorCode result = fromErrno(errno);
-        unlinkat(folder_.descriptor(), tableName, 0);
-        folder_.removeIfEmpty();
-        return result;
+    int number = ftruncate(file_, 0) == 0 && ftruncate(file_, sizeof(Table)) == 0 ? 0 : errno;
+    if (number == 0) {
+        number = reserveFileSpace(file_, 0, offsetof(Table, slots));
     }
-    return error::none;
+    if (number == 0
+        && (pwrite(file_, &header, sizeof header, 0) != sizeof header
+            || pwrite(file_, tableMagic, sizeof tableMagic, offsetof(TableHeader, magic)) != sizeof tableMagic)) {
+        number = errno;
+    }
+    if (number != 0) {
+        removeFiles();
+    }
+    return fromErrno(number);
 }
 
 ErrorCode TableFile::map()
 {
-    void* address = mmap(nullptr, sizeof(Table), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0);
-    if (address == MAP_FAILED) {
+    // Through a descriptor of its own: a mapping keeps alive the one it was made with, and with it the record locks,
+    // in a forked child even beyond the death of this process. The lock of the table is held, so that it is this file.
+    const int file = openat(folder_.descriptor(), tableName, O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+    if (file < 0) {
         return fromErrno(errno);
+    }
+    void* address = mmap(nullptr, sizeof(Table), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    const int number = errno;
+    ::close(file);
+    if (address == MAP_FAILED) {
+        return fromErrno(number);
     }
     table_ = static_cast<Table*>(address);
     return error::none;
@@ -169,8 +182,8 @@ ErrorCode TableFile::reserveSlots(std::uint32_t count)
     std::uint32_t& reserved = table_->header.slotsReserved;
     while (reserved < count) {
         const off_t begin = static_cast<off_t>(offsetof(Table, slots) + reserved * sizeof(Slot));
-        if (fallocate(file_, 0, begin, step * sizeof(Slot)) != 0) {
-            return fromErrno(errno);
+        if (const int number = reserveFileSpace(file_, begin, step * sizeof(Slot)); number != 0) {
+            return fromErrno(number);
         }
         reserved += step;
     }
@@ -188,13 +201,32 @@ bool TableFile::hasOtherUsers() const
     return static_cast<bool>(lockedByOthers(file_, ticketBytes, ticketBytes + maximumTicket + 1));
 }
 
-void TableFile::leave(Mapping mapping)
+void TableFile::removeFiles()
+{
+    removeAllSegmentFiles(folder_.descriptor());
+    unlinkat(folder_.descriptor(), tableName, 0);
+    folder_.removeIfEmpty();
+}
+
+void TableFile::leave()
 {
     if (!hasOtherUsers()) {
-        unlinkat(folder_.descriptor(), tableName, 0);
-        folder_.removeIfEmpty();
+        removeFiles();
     }
-    mapping == Mapping::keep ? forget() : close();
+    close();
+}
+
+void TableFile::leaveAtExit()
+{
+    if (hasOtherUsers()) {
+        unlock();
+        return;
+    }
+    removeFiles();
+    unlock();
+    // Left open on purpose: with the descriptor the locks would go.
+    file_ = -1;
+    forget();
 }
 
 void TableFile::forget()

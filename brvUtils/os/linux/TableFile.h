@@ -19,13 +19,15 @@ public:
     ErrorCode attach();
     bool isAttached() const { return table_ != nullptr; }
 
-    /// What becomes of the mapping when this process leaves: state words in it may still be looked at.
-    enum class Mapping { remove, keep };
+    /// Gives up the locks and the mapping. The last user removes the files. The lock of the table is held before, and
+    /// gone afterwards.
+    void leave();
 
-    /// Gives up the locks. The last user removes the file. The lock of the table is held before, and gone afterwards.
-    void leave(Mapping mapping);
+    /// Removes the files if there is no other user, and forgets them; the locks and the mapping stay until the process
+    /// ends, for those of its threads that are still at work. The lock of the table is held before, and gone afterwards.
+    void leaveAtExit();
 
-    /// Closes the descriptor alone, in a child after fork: the parent's locks and the mapping stay.
+    /// Closes the descriptor alone, in a child after fork: the locks are its parent's, and the mapping stays.
     void forget();
 
     /// The lock of the table. error::invalidData when the file was cut short meanwhile.
@@ -52,6 +54,7 @@ private:
     ErrorCode map();
     ErrorCode takeTicket();
     bool hasOtherUsers() const;
+    void removeFiles();
     void close();
 
     NameSpaceFolder folder_;
