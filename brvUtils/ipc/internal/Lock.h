@@ -25,6 +25,7 @@ public:
         , known_(semaphore != nullptr && typeid(*semaphore) == typeid(SemaphoreWin32) ? static_cast<SemaphoreWin32*>(semaphore) : nullptr)
         , handle_(known_ != nullptr ? known_->handle_ : nullptr)
     {
+        os::useAsLock(handle_);
     }
 
     ISemaphore* semaphore() const { return semaphore_.get(); }

@@ -20,6 +20,8 @@ struct alignas(64) Handle
     std::uint32_t attachment = 0; ///< Of this process to the table; 0 for an object without a name.
     void* view = nullptr; ///< Of a segment.
     std::size_t size = 0;
+    std::atomic<std::uint32_t>* plainReleases = nullptr; ///< In the slot of a semaphore.
+    bool releasesPlainly = false;
 
     alignas(64) StateWord own{0}; ///< State of an object without a name.
 };

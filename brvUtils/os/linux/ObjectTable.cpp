@@ -112,6 +112,8 @@ ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest
     handle->kind = request.kind;
     handle->state = &file_.table().slots[slot].state;
     handle->manualReset = file_.table().slots[slot].manualReset != 0;
+    handle->plainReleases = &file_.table().slots[slot].plainReleases;
+    handle->releasesPlainly = false;
     handle->ticket = file_.ticket();
     handle->slot = slot;
     handle->attachment = attachment_;
@@ -170,6 +172,7 @@ ErrorCode ObjectTable::allocate(std::string_view name, std::uint64_t hash, const
     made.size = request.size;
     made.kind = request.kind;
     made.manualReset = request.manualReset ? 1 : 0;
+    made.plainReleases = 0;
     std::memset(made.name, 0, sizeof made.name);
     std::memcpy(made.name, name.data(), name.size());
     table.header.slotsUsed = std::max(table.header.slotsUsed, slot + 1);
@@ -295,6 +298,7 @@ ObjectOpening ObjectTable::openUnnamed(const ObjectRequest& request) noexcept
     handle->state = &handle->own;
     handle->ticket = nobody;
     handle->attachment = 0;
+    handle->releasesPlainly = false;
     return {handle, true, error::none};
 }
 

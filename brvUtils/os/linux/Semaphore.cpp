@@ -1,73 +1,67 @@
 #include "brvUtils/os/Semaphore.h"
 
+#include "brvUtils/os/linux/MemoryBarrier.h"
 #include "brvUtils/os/linux/ObjectTable.h"
+#include "brvUtils/os/linux/SemaphoreWord.h"
 #include "brvUtils/os/linux/SpinThenSleep.h"
 
 #include <cstring>
 
-// The state word: 0 is free, else the ticket of the taker, so that taking and telling who took is one step.
-// A waiter that goes to sleep sets the flag beside the ticket; the release then wakes everybody who sleeps.
-
 namespace brvUtils::os {
 
 namespace {
-
-constexpr std::uint64_t isFree = 0;
-constexpr std::uint64_t hasWaiters = 0x80000000;
 
 bool isValid(const Handle* handle)
 {
     return handle != nullptr && handle->kind == Kind::semaphore;
 }
 
-bool tryTake(Handle& handle)
+bool isFree(SemaphoreWord::Value value)
 {
-    std::uint64_t expected = isFree;
-    return handle.state->compare_exchange_strong(expected, handle.ticket, std::memory_order_acquire, std::memory_order_relaxed);
+    return (value & SemaphoreWord::takerBits) == 0;
 }
 
-bool looksFree(Handle& handle)
+/// Waits until the semaphore is no longer as it was seen, with the flag of sleepers. False when the deadline has passed.
+bool sleep(Handle& handle, SemaphoreWord::Value seen, const Deadline& deadline)
 {
-    return handle.state->load(std::memory_order_relaxed) == isFree;
-}
-
-/// One turn of a waiter: takes the semaphore, or sleeps until it changes. False when the deadline has passed.
-bool takeOrSleep(Handle& handle, const Deadline& deadline, bool& taken)
-{
-    std::uint64_t state = handle.state->load(std::memory_order_relaxed);
-    taken = state == isFree && tryTake(handle);
-    if (taken || state == isFree) {
-        return true;
+    if (handle.plainReleases != nullptr && handle.plainReleases->load(std::memory_order_relaxed) != 0 && !barrierEverywhere()) {
+        // A release may overlook this sleeper: it looks after itself.
+        const Deadline soon(monotonicNanoseconds(), 2);
+        futexWait(*handle.state, seen, soon.moment());
+        return !deadline.passed();
     }
-    if ((state & hasWaiters) == 0
-        && !handle.state->compare_exchange_strong(state, state | hasWaiters, std::memory_order_relaxed)) {
-        return true;
-    }
-    return futexWait(*handle.state, static_cast<std::uint32_t>(state | hasWaiters), deadline.moment());
+    return futexWait(*handle.state, seen, deadline.moment());
 }
 
 // Apart from the short way, which is to stay short.
 [[gnu::noinline, gnu::cold]] WaitResult waitLonger(Handle& handle, Milliseconds timeout)
 {
+    const SemaphoreWord word(*handle.state);
     SpinThenSleep pace(handle);
-    if (pace.spin([&] { return looksFree(handle) && tryTake(handle); })) {
+    if (pace.spin([&] { return isFree(word.load()) && word.tryTake(handle.ticket); })) {
         return {WaitStatus::signalled, error::none};
     }
     const Deadline deadline(pace.start(), timeout);
-    bool taken = false;
-    while (!taken && takeOrSleep(handle, deadline, taken)) {
+    bool inTime = true;
+    for (;;) {
+        SemaphoreWord::Value seen = word.load();
+        if (isFree(seen)) {
+            if (word.tryTake(handle.ticket)) {
+                return {WaitStatus::signalled, error::none};
+            }
+        } else if (!inTime) {
+            return {WaitStatus::timedOut, error::none};
+        } else if ((seen & SemaphoreWord::hasSleepers) != 0 || word.change(seen, seen | SemaphoreWord::hasSleepers)) {
+            inTime = sleep(handle, seen | SemaphoreWord::hasSleepers, deadline);
+        }
     }
-    if (taken || tryTake(handle)) {
-        return {WaitStatus::signalled, error::none};
-    }
-    return {WaitStatus::timedOut, error::none};
 }
 
 } // namespace
 
 SemaphoreOpening openSemaphore(const char* name, bool initiallyFree) noexcept
 {
-    const ObjectRequest request{Kind::semaphore, initiallyFree ? isFree : nobody};
+    const ObjectRequest request{Kind::semaphore, initiallyFree ? 0 : nobody};
     const ObjectOpening opening = name != nullptr ? ObjectTable::instance().open(name, request)
                                                   : ObjectTable::instance().openUnnamed(request);
     return {as<Semaphore>(opening.handle), opening.created, opening.error};
@@ -84,7 +78,7 @@ WaitResult waitSemaphore(Semaphore* semaphore, Milliseconds timeout) noexcept
     if (!isValid(handle)) {
         return {WaitStatus::failed, error::invalidHandle};
     }
-    if (tryTake(*handle)) {
+    if (SemaphoreWord(*handle->state).tryTake(handle->ticket)) {
         return {WaitStatus::signalled, error::none};
     }
     if (timeout == 0) {
@@ -99,19 +93,33 @@ ErrorCode releaseSemaphore(Semaphore* semaphore) noexcept
     if (!isValid(handle)) {
         return error::invalidHandle;
     }
-    StateWord& state = *handle->state;
-    // Usually this process took it and nobody waits: guessing that saves a look.
-    std::uint64_t seen = handle->ticket;
-    while (!state.compare_exchange_strong(seen, isFree, std::memory_order_release, std::memory_order_relaxed)) {
-        if (seen == isFree) {
-            return error::tooManyPosts;
+    const SemaphoreWord word(*handle->state);
+    SemaphoreWord::Value seen = word.load();
+    while (!isFree(seen)) {
+        if ((seen & SemaphoreWord::hasSleepers) != 0) {
+            futexChangeAndWakeAll(*handle->state, FUTEX_OP_SET, 0);
+            return error::none;
         }
-        if ((seen & hasWaiters) != 0) {
-            futexChangeAndWakeAll(state, FUTEX_OP_SET, 0);
+        if (handle->releasesPlainly) {
+            if (word.clearTaker()) {
+                futexWakeAll(*handle->state);
+            }
+            return error::none;
+        }
+        if (word.change(seen, 0)) {
             return error::none;
         }
     }
-    return error::none;
+    return error::tooManyPosts;
+}
+
+void useAsLock(Semaphore* semaphore) noexcept
+{
+    Handle* handle = handleOf(semaphore);
+    if (isValid(handle) && handle->attachment != 0 && registerForBarriers()) {
+        handle->plainReleases->store(1);
+        handle->releasesPlainly = true;
+    }
 }
 
 bool deadTakersAreKnown() noexcept
@@ -126,10 +134,11 @@ DeadTaker releaseSemaphoreOfDeadTaker(Semaphore* semaphore) noexcept
     if (!isValid(handle) || handle->attachment == 0) {
         return dead;
     }
-    std::uint64_t state = handle->state->load(std::memory_order_relaxed);
-    const auto ticket = static_cast<std::uint32_t>(state & ~hasWaiters);
+    const SemaphoreWord word(*handle->state);
+    SemaphoreWord::Value seen = word.load();
+    const SemaphoreWord::Value ticket = seen & SemaphoreWord::takerBits;
     const ObjectTable& table = ObjectTable::instance();
-    if (ticket == isFree || table.isAlive(ticket)) {
+    if (isFree(seen) || table.isAlive(ticket)) {
         return dead;
     }
     const ProcessRecord process = table.processOf(ticket);
@@ -138,8 +147,8 @@ DeadTaker releaseSemaphoreOfDeadTaker(Semaphore* semaphore) noexcept
     // Taken over and then released: were this process killed in between, the next one would find a dead taker again, and
     // whoever sleeps is woken by a release, not forgotten. Exactly the state that the dead process left is changed: the
     // semaphore may have a new taker by now, or a waiter have set its flag.
-    while (static_cast<std::uint32_t>(state & ~hasWaiters) == ticket) {
-        if (handle->state->compare_exchange_strong(state, handle->ticket | (state & hasWaiters), std::memory_order_acq_rel, std::memory_order_relaxed)) {
+    while ((seen & SemaphoreWord::takerBits) == ticket) {
+        if (word.change(seen, handle->ticket | (seen & SemaphoreWord::hasSleepers))) {
             dead.found = true;
             releaseSemaphore(semaphore);
             break;

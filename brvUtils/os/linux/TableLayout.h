@@ -48,6 +48,7 @@ struct alignas(64) Slot
     std::uint64_t size; ///< Of a segment, in bytes.
     Kind kind;
     std::uint32_t manualReset; ///< Of an event.
+    std::atomic<std::uint32_t> plainReleases; ///< Of a semaphore: whether somebody releases it as a lock (SemaphoreWord.h).
     alignas(64) char name[nameCapacity]; ///< Filled up with zeros.
 };
 
@@ -70,8 +71,8 @@ constexpr std::int64_t slotBytes = 0; ///< + number of the slot: shared, by each
 constexpr std::int64_t tableByte = std::int64_t{1} << 40; ///< Exclusive: the lock of the table.
 constexpr std::int64_t ticketBytes = std::int64_t{1} << 41; ///< + ticket: exclusive, by the process of that ticket.
 
-/// Tickets stand for processes in the state words. Unlike process numbers they are not used again while a table lives.
-constexpr std::uint32_t nobody = 0x7FFFFFFF; ///< Taken from the start, by no process.
-constexpr std::uint32_t maximumTicket = 0x7FFFFFF0;
+/// Tickets stand for processes in the state words. Unlike process numbers they are used again only after all others.
+constexpr std::uint32_t nobody = 0xFFFF; ///< Taken from the start, by no process.
+constexpr std::uint32_t maximumTicket = 0xFFF0;
 
 } // namespace brvUtils::os

@@ -36,6 +36,10 @@ ErrorCode releaseSemaphore(Semaphore* semaphore) noexcept
     return ReleaseSemaphore(semaphore, 1, nullptr) ? error::none : GetLastError();
 }
 
+void useAsLock(Semaphore*) noexcept
+{
+}
+
 bool deadTakersAreKnown() noexcept
 {
     return false;
