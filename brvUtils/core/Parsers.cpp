@@ -4,12 +4,15 @@
 #include <boost/fusion/include/std_pair.hpp>
 #include <boost/optional.hpp>
 #include <boost/spirit/include/qi.hpp>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace brvUtils::Parsers {
 namespace {
 
 namespace qi = boost::spirit::qi;
+namespace ascii = boost::spirit::ascii; // whose classes take bytes beyond ASCII, in contrast to those of the C library
 
 using Iterator = std::string::const_iterator;
 using Range = std::pair<unsigned int, boost::optional<unsigned int>>;
@@ -17,16 +20,25 @@ using Range = std::pair<unsigned int, boost::optional<unsigned int>>;
 /// Reads as far as the grammar allows, over blanks, and returns where that is; `complete` tells whether it is an end.
 Iterator readRanges(Iterator first, Iterator last, std::vector<Range>& ranges, bool& complete)
 {
-    qi::rule<Iterator, Range(), qi::space_type> range = qi::uint_ >> -('-' > qi::uint_);
-    qi::rule<Iterator, std::vector<Range>(), qi::space_type> list = -(range >> *(';' > range));
+    qi::rule<Iterator, Range(), ascii::space_type> range = qi::uint_ >> -('-' > qi::uint_);
+    qi::rule<Iterator, std::vector<Range>(), ascii::space_type> list = -(range >> *(';' > range));
     Iterator position = first;
     try {
-        complete = qi::phrase_parse(position, last, list, qi::space, ranges);
+        complete = qi::phrase_parse(position, last, list, ascii::space, ranges);
     } catch (const qi::expectation_failure<Iterator>& fault) {
-        position = std::find_if_not(fault.first, last, [](char c) { return boost::spirit::char_encoding::standard::isspace(c); });
+        position = fault.first;
+        qi::parse(position, last, *ascii::space);
         complete = false;
     }
     return position;
+}
+
+constexpr double firstBeyondFloat = 0x1.FFFFFFp127; // what is smaller has the largest float as its nearest
+
+float nearestFloat(double number)
+{
+    constexpr double largest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(number, -largest, largest));
 }
 
 } // namespace
@@ -34,9 +46,11 @@ Iterator readRanges(Iterator first, Iterator last, std::vector<Range>& ranges, b
 std::vector<float> parseFloats(const std::string& text)
 {
     std::vector<double> numbers; // read in double precision, so that each float is the nearest
-    qi::phrase_parse(text.begin(), text.end(), *qi::double_, qi::space | ',' | ';', numbers);
+    qi::phrase_parse(text.begin(), text.end(), *qi::double_, ascii::space | ',' | ';', numbers);
+    // Nor is a word a number that begins with "inf" or "nan", which were read as such.
+    const auto end = std::find_if_not(numbers.begin(), numbers.end(), [](double number) { return std::abs(number) < firstBeyondFloat; });
     std::vector<float> floats;
-    std::transform(numbers.begin(), numbers.end(), std::back_inserter(floats), [](double number) { return static_cast<float>(number); });
+    std::transform(numbers.begin(), end, std::back_inserter(floats), nearestFloat);
     return floats;
 }
 

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cfloat>
+
 namespace brvUtils::Parsers {
 namespace {
 
@@ -30,7 +32,12 @@ TEST(ParseFloats, EndsAtTheFirstFault)
     EXPECT_THAT(parseFloats("1 2 x 3"), ElementsAre(1.0F, 2.0F));
     EXPECT_THAT(parseFloats("1 2,-"), ElementsAre(1.0F, 2.0F));
     EXPECT_THAT(parseFloats("x"), IsEmpty());
-    EXPECT_NO_THROW(parseFloats("1e999999999999 1e-99999 1e400 " + std::string(5000, '9')));
+    for (const char* word : { "information", "inf", "nanometres", "NaN", "1e39", "-1e39", "1e400" }) {
+        EXPECT_THAT(parseFloats("1 2 " + std::string(word) + " 3"), ElementsAre(1.0F, 2.0F)) << word;
+    }
+    EXPECT_THAT(parseFloats("3.40282347e38 -3.40282347e38"), ElementsAre(FLT_MAX, -FLT_MAX)) << "rounded up in the text";
+    EXPECT_THAT(parseFloats("1 \xC3\xA9"), ElementsAre(1.0F));
+    EXPECT_NO_THROW(parseFloats("1e-99999 1e999999999999 " + std::string(5000, '9')));
 }
 
 TEST(ParsePrintPages, NamesPagesAndRanges)
@@ -52,6 +59,8 @@ TEST(ParsePrintPages, ThrowsTheTextBeforeTheFault)
     EXPECT_EQ(pageFault("1-2-3"), "1-2^");
     EXPECT_EQ(pageFault("1; "), "1; ^");
     EXPECT_EQ(pageFault("-1"), "^");
+    EXPECT_EQ(pageFault("1-\xC3\xA9"), "1-^");
+    EXPECT_EQ(pageFault("\xC3\xA9"), "^");
     EXPECT_EQ(pageFault("4294967296"), "^");
 }
 
