@@ -1,7 +1,6 @@
 #include "brvUtils/core/LabelledText.h"
 
 #include <cstring>
-#include <iomanip>
 #include <iostream>
 
 namespace brvUtils {
@@ -9,12 +8,47 @@ namespace {
 
 constexpr std::size_t wordSize = 256;
 
+/// Limits the words that are read. The stream itself forgets the limit only after it has read one.
+class WordLimit
+{
+public:
+    explicit WordLimit(std::istream& stream) : stream_(stream) { stream.width(wordSize); }
+    ~WordLimit() { stream_.width(0); }
+    WordLimit(const WordLimit&) = delete;
+    WordLimit& operator=(const WordLimit&) = delete;
+
+private:
+    std::istream& stream_;
+};
+
+std::istream::pos_type positionIn(std::istream& stream)
+{
+    try {
+        return stream.tellg();
+    } catch (...) {
+        return -1;
+    }
+}
+
+void goBack(std::istream& stream, std::istream::pos_type start)
+{
+    if (start == std::istream::pos_type(-1)) {
+        stream.setstate(std::ios::failbit);
+    } else {
+        stream.clear();
+        stream.seekg(start);
+    }
+}
+
 } // namespace
 
 bool loadLabel(std::istream& stream, const char* expected, char* found, int quiet)
 {
     char word[wordSize] = "";
-    stream >> std::setw(wordSize) >> word;
+    {
+        const WordLimit limit(stream);
+        stream >> word;
+    }
     if (found != nullptr) {
         std::strcpy(found, word);
     }
@@ -39,23 +73,21 @@ bool loadLabel(std::istream& stream, const std::string& expected, std::string& f
 
 bool loadLabelTry(std::istream& stream, const char* expected, char* found, int quiet)
 {
-    const std::istream::pos_type nowhere = -1;
-    std::istream::pos_type start = nowhere;
+    const std::istream::pos_type start = positionIn(stream);
     const std::ios::iostate throwing = stream.exceptions();
     try {
-        start = stream.tellg();
         if (loadLabel(stream, expected, found, quiet)) {
             return true;
         }
-        stream.seekg(start);
     } catch (...) {
-        stream.exceptions(std::ios::goodbit);
-        stream.clear();
-        if (start != nowhere) {
-            stream.seekg(start);
-            stream.clear();
-        }
+        // A word that cannot be read is another word.
+    }
+    stream.exceptions(std::ios::goodbit);
+    goBack(stream, start);
+    try {
         stream.exceptions(throwing);
+    } catch (const std::ios::failure&) {
+        // Of a stream that stays failed; the next reading throws again.
     }
     return false;
 }

@@ -19,8 +19,9 @@ BRVUTILS_API bool loadLabel(std::istream& stream, const char* expected, char* fo
 /// The same; kept for callers, `found` receives the word only when it is another one.
 BRVUTILS_API bool loadLabel(std::istream& stream, const std::string& expected, std::string& found, int quiet);
 
-/// `loadLabel` that reads nothing when it fails: after another word, and after an exception of the stream, which is not
-/// passed on, the stream is back where it was, and the result is false. Needs a stream that can seek.
+/// `loadLabel` that reads nothing when it fails: after another word, at the end of the text, and after an exception of the
+/// stream, which is not passed on, the stream is good and back where it was, and the result is false. A stream that had
+/// met its end or failed before, or that cannot seek, is left failed.
 BRVUTILS_API bool loadLabelTry(std::istream& stream, const char* expected, char* found, int quiet);
 
 /// The same; kept for callers, `found` receives the word only when it is the expected one, in contrast to `loadLabel`.

@@ -47,8 +47,37 @@ TEST(LoadLabelTry, ConsumesNothingWhenItFails)
     EXPECT_EQ(found, "first");
     EXPECT_FALSE(loadLabelTry(stream, "other", nullptr, 1)) << "reads up to the end of the text";
     EXPECT_TRUE(loadLabel(stream, "last", nullptr, 1));
-    EXPECT_FALSE(loadLabelTry(stream, "last", nullptr, 1));
 }
+
+class LoadLabelTryWithExceptions : public testing::TestWithParam<std::ios::iostate>
+{
+};
+
+TEST_P(LoadLabelTryWithExceptions, ConsumesNothingAtTheEndOfTheTextEither)
+{
+    std::istringstream stream("word \n");
+    ASSERT_TRUE(loadLabel(stream, "word", nullptr, 1));
+    stream.exceptions(GetParam());
+    EXPECT_FALSE(loadLabelTry(stream, "word", nullptr, 1));
+    EXPECT_EQ(stream.rdstate(), std::ios::goodbit);
+    EXPECT_EQ(stream.tellg(), 4);
+    EXPECT_EQ(stream.exceptions(), GetParam());
+    EXPECT_EQ(stream.width(), 0) << "the next word is not cut";
+
+    stream.exceptions(std::ios::goodbit);
+    stream.setstate(std::ios::failbit);
+    try {
+        stream.exceptions(GetParam());
+    } catch (const std::ios::failure&) {
+        // It has failed already.
+    }
+    EXPECT_FALSE(loadLabelTry(stream, "word", nullptr, 1));
+    EXPECT_TRUE(stream.fail()) << "a failure from before is not hidden";
+    EXPECT_EQ(stream.exceptions(), GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Any, LoadLabelTryWithExceptions,
+    testing::Values(std::ios::goodbit, std::ios::failbit, std::ios::eofbit, std::ios::failbit | std::ios::badbit | std::ios::eofbit));
 
 TEST(LoadLabelTry, PassesNoExceptionOn)
 {
