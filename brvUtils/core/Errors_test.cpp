@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <system_error>
 
 namespace brvUtils {
 namespace {
@@ -71,6 +73,16 @@ TEST(GetLastSystemError, HasATextAlsoForSuccess)
 {
     errno = 0;
     EXPECT_FALSE(GetLastSystemError().empty());
+}
+
+TEST(GetLastSystemError, TellsWhyTheLastCallFailed)
+{
+    EXPECT_EQ(std::fopen("there-is-no-such-file", "r"), nullptr);
+    std::string text = GetLastSystemError();
+    text.erase(text.find_last_not_of(".\r\n") + 1);
+    const int fileNotFound = 2; // on both systems
+    EXPECT_EQ(text, std::system_category().message(fileNotFound).substr(0, text.size()));
+    EXPECT_NE(text, "");
 }
 
 } // namespace
