@@ -412,6 +412,36 @@ TEST(CompositeShm, AKilledHolderStopsNobody)
     EXPECT_EQ(captured.out(), "");
 }
 
+BRV_CHILD(versionHolder)
+{
+    Composite composite(arguments[0]);
+    ShmVersion record(1);
+    childSay(composite.getAccess(record, 0.0) ? "holding" : "failed");
+    childHear();
+    return 0;
+}
+
+TEST(CompositeShm, ConstructionTriesAgainWhenAHolderDied)
+{
+    const std::string name = uniqueName();
+    Composite creator(name);
+    Child child("versionHolder", {name});
+    child.awaitLine("holding");
+    child.kill();
+    ShmVersion record(1);
+    if (const CapturedOutput captured; creator.put(record, 0.0) || captured.err().empty()) {
+        GTEST_SKIP() << "this system does not tell who took a semaphore";
+    }
+    Child again("versionHolder", {name});
+    again.awaitLine("holding");
+    again.kill();
+    static_cast<char*>(creator.getShmPtr())[0] = 7;
+    const CapturedOutput captured;
+    EXPECT_THROW(Composite{name}, ConfigurationError) << "the version is read, and found to be another";
+    EXPECT_EQ(captured.out().find("Unable"), std::string::npos);
+    EXPECT_THAT(captured.err(), HasSubstr("part -2 was held by process "));
+}
+
 BRV_CHILD(initLockHolder)
 {
     SemaphoreWin32 lock((compositeName(arguments[0]) + " Init Lock").c_str(), true, true);

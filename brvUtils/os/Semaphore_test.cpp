@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -149,6 +150,49 @@ TEST(Semaphore, IsALockBetweenThreads)
     two.join();
     EXPECT_EQ(sum, 60000);
     closeSemaphore(semaphore);
+}
+
+/// Counts in shared memory under a lock that is now and then held long enough for the others to fall asleep.
+void countUnderALock(const std::string& name)
+{
+    Semaphore* lock = openSemaphore((name + "L").c_str(), true).semaphore;
+    useAsLock(lock);
+    Segment* segment = openSegment((name + "M").c_str(), sizeof(long)).segment;
+    auto& sum = *static_cast<long*>(segmentAddress(segment));
+    for (int i = 0; i < 4000; ++i) {
+        take(lock, infinite);
+        ++sum;
+        if (i % 16 == 0) {
+            const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(60);
+            while (std::chrono::steady_clock::now() < end) {
+            }
+        }
+        releaseSemaphore(lock);
+    }
+    closeSemaphore(lock);
+    closeSegment(segment);
+}
+
+BRV_CHILD(lockCounter)
+{
+    countUnderALock(arguments[0]);
+    return 0;
+}
+
+/// A sleeper that was forgotten would sleep for ever, and the test with it.
+TEST(Semaphore, AsALockForgetsNoSleeper)
+{
+    const std::string name = uniqueName();
+    const SegmentOpening kept = openSegment((name + "M").c_str(), sizeof(long));
+    Child one("lockCounter", {name});
+    Child two("lockCounter", {name});
+    std::thread thread([&] { countUnderALock(name); });
+    countUnderALock(name);
+    thread.join();
+    one.expectExit(0);
+    two.expectExit(0);
+    EXPECT_EQ(*static_cast<long*>(segmentAddress(kept.segment)), 4 * 4000);
+    closeSegment(kept.segment);
 }
 
 BRV_CHILD(semaphoreHolder)
