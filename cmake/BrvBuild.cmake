@@ -25,7 +25,9 @@ if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 if(MSVC)
-  add_compile_options(/W4 /permissive- /utf-8 /Zc:__cplusplus)
+  # 4251 and 4275 warn of standard classes in the interface of a shared library: caller and library are built with the same
+  # compiler and run-time library, as they must be for these anyway.
+  add_compile_options(/W4 /permissive- /utf-8 /Zc:__cplusplus /wd4251 /wd4275)
   add_compile_definitions(_CRT_SECURE_NO_WARNINGS)
 else()
   add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)

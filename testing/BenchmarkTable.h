@@ -33,8 +33,10 @@ struct BenchmarkRow
 class BenchmarkTable
 {
 public:
+    /// Looks for `--json FILE` and leaves the other arguments to others.
     BenchmarkTable(int argc, char** argv);
 
+    /// Adds a row below those before.
     void add(BenchmarkRow row) { rows_.push_back(std::move(row)); }
 
     /// One line per row: row, unit, ours, each peer, limit, ours/peer (the best one), ours/limit; "-" for what there is not.

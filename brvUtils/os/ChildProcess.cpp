@@ -8,6 +8,8 @@ namespace brvUtils::os {
 
 namespace {
 
+constexpr std::size_t twoFullPipes = 2 * 1024 * 1024; // of the largest size that systems allow
+
 /// Counts a wait down that is made in several steps.
 class Countdown
 {
@@ -70,8 +72,9 @@ ChildExit ChildProcess::wait(Milliseconds timeout)
     while (id() != 0 && exit_.kind == ChildExit::Kind::running && collect(countdown.left())) {
     }
     if (exit_.kind != ChildExit::Kind::running) {
-        // What it wrote last. Not until the streams end: a child of the child may keep them open.
-        while (collect(0)) {
+        // What it wrote last. Not until the streams end: a child of the child may keep them open and write on.
+        const std::size_t most = output_.size() + error_.size() + twoFullPipes;
+        while (output_.size() + error_.size() < most && collect(0)) {
         }
     }
     return exit_;

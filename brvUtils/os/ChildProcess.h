@@ -30,6 +30,9 @@ struct ChildExit
         killed ///< Ended by the signal `code`.
     };
 
+    /// The code where the system keeps none: on Linux for a process that ignores the signal about the ends of children.
+    static constexpr int unknownCode = -1;
+
     Kind kind = Kind::running;
     int code = 0;
 
@@ -49,7 +52,7 @@ ChildExit exitAfterKill();
 /// Linux already when the thread that started it ends. An object serves one thread at a time.
 ///
 /// Whenever a function waits, it takes in what the child writes to its piped streams, so that no child is ever stopped
-/// by a full pipe while this process waits for it.
+/// by a full pipe while this process waits for it. An object that was moved from can only be destroyed or assigned to.
 class ChildProcess
 {
 public:

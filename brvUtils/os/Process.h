@@ -7,8 +7,8 @@
 
 namespace brvUtils::os {
 
-/// Full file name of the process's executable, in UTF-8; empty when the system does not tell. Windows cuts it at 260
-/// characters.
+/// Full file name of the process's executable, in UTF-8; empty when the system does not tell. A path of more than 259
+/// characters is cut on Windows.
 std::string executablePath();
 
 enum class PriorityClass {

@@ -6,7 +6,11 @@
 
 namespace brvUtils::os {
 
-enum class StandardStream { output = 1, error = 2 };
+/// A stream that can be captured. The numbers are those of the C library.
+enum class StandardStream {
+    output = 1, ///< `stdout`, `std::cout`
+    error = 2 ///< `stderr`, `std::cerr`
+};
 
 /// Switches off the translation of line ends on the three standard streams of this process. Nothing to do on Linux.
 void useBinaryStandardStreams();
@@ -18,15 +22,18 @@ void useBinaryStandardStreams();
 class StandardStreamCapture
 {
 public:
-    /// `error()` tells whether it worked; if not, the stream stays what it was.
+    /// Begins. `error()` tells whether it worked; if not, the stream stays what it was.
     explicit StandardStreamCapture(StandardStream stream);
     ~StandardStreamCapture();
     StandardStreamCapture(const StandardStreamCapture&) = delete;
     StandardStreamCapture& operator=(const StandardStreamCapture&) = delete;
 
+    /// `error::none`, or why the stream is not captured: error::invalidHandle where the process has no such stream,
+    /// error::tooManyOpenFiles, or what the system says about the file.
     ErrorCode error() const;
 
-    /// All that was written so far, with "\n" for the line ends that the C library translated.
+    /// All that was written so far, with "\n" for the line ends that the C library translated. Empty when nothing was
+    /// captured.
     std::string text() const;
 
 private:

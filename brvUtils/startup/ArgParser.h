@@ -41,8 +41,8 @@ public:
     ~ArgParser();
 
     /// Each binds a flag, without its hyphen, to variables. The described default must be what the variable holds; the
-    /// last three types have none. Throws `ProgrammingError` if it is not, and for a flag that is not described, is
-    /// described with another type, or has a handler already.
+    /// last three types have none. Throws `ProgrammingError` if it is not, though the variable then holds the described
+    /// default, and for a flag that is not described, is described with another type, or has a handler already.
     void addBooleanHandler(const std::string& flag, bool& variable);
     void addStringHandler(const std::string& flag, std::string& variable);
     void addFileHandler(const std::string& flag, std::string& variable);
@@ -59,12 +59,14 @@ public:
     /// message, which only ever grows. Throws `SystemRessourcesError` when the process cannot be bound to the processor.
     bool parse();
 
+    /// The faults of all parses so far, a line each, and the usage after those of each. Empty when there were none.
     const std::string& getErrorMessage() const;
 
     /// Writes the lines of the error message that are not empty, each after `prefix` was applied to the stream if it is
     /// not null.
     void printErrorMessage(std::ostream& out, std::ostream& (*prefix)(std::ostream&) = nullptr) const;
 
+    /// What the built-in flags hold: the described defaults until `parse`, and nothing where the parser has none.
     bool getVerbose() const;
     const std::string& getProcessName() const;
     const std::string& getConfigName() const;
@@ -76,6 +78,7 @@ public:
     /// Number of the processor asked for, or -1.
     const int& getProcessor() const;
 
+    /// Whether the priority was asked for, also when the system refused it.
     bool isHighPriority() const;
     bool isRealTime() const;
 

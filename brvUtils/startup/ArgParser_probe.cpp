@@ -48,8 +48,13 @@ int main(int argc, char** argv)
         if (variant == "twice") {
             good = parser.parse();
         }
+        if (variant == "second") {
+            brvUtils::ArgParser(argc, argv, "second", "").parse();
+        }
     } catch (const brvUtils::SystemRessourcesError& error) {
         std::cout << "refused " << error.what() << '\n';
+    } catch (const brvUtils::ProgrammingError& error) {
+        std::cout << "mistake " << error.what() << '\n';
     }
     std::cout << "good " << good << "\nn " << count << "\ns " << name << "\nd " << folder << "\npos " << placed << ' ' << x << ' ' << y
               << "\nv " << parser.getVerbose() << "\np " << parser.getProcessName() << "\nc " << parser.getConfigName() << "\ncfg "
@@ -58,6 +63,6 @@ int main(int argc, char** argv)
     for (const std::string& rest : parser.getRemainingArgs()) {
         std::cout << "rest " << rest << '\n';
     }
-    parser.printErrorMessage(std::cout, mark);
+    parser.printErrorMessage(std::cout, variant == "unmarked" ? nullptr : mark);
     return 0;
 }

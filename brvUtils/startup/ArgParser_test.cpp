@@ -134,6 +134,7 @@ TEST(ArgParser, ShowsOnlyTheUsageWhenAskedForHelp)
         EXPECT_THAT(lines, Contains("good 0"));
         EXPECT_EQ(messages(lines), usage) << flag;
     }
+    EXPECT_THAT(probe({ "-h" }, "unmarked"), IsSupersetOf(usage));
 }
 
 TEST(ArgParser, FailsWhenADescribedFlagHasNoHandler)
@@ -158,6 +159,13 @@ TEST(ArgParser, ParsesAgainWithAnEmptyRestAndAGrowingMessage)
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "message Unknown flag 'x'"), 2);
 }
 
+TEST(ArgParser, SharesTheSchedulerFlagWithALaterParserWhoseDefaultContradictsIt)
+{
+    const std::string mark = "mistake Trying to add handling of flag '-fbs'";
+    EXPECT_THAT(probe({ "-fbs" }, "second"), Contains(StartsWith(mark)));
+    EXPECT_THAT(probe({}, "second"), Not(Contains(StartsWith(mark))));
+}
+
 TEST(ArgParser, LeavesTheFlagsOfACopyBoundToTheVariablesOfTheOriginal)
 {
     EXPECT_THAT(probe({ "-v", "-n", "8", "-c", "Town" }, "copy"), IsSupersetOf({ "v 1", "n 8", "c Town" }));
@@ -168,6 +176,7 @@ TEST(ArgParser, BindsTheProcessToAProcessor)
     os::ProcessorMask process = 0;
     os::ProcessorMask system = 0;
     os::processAffinity(process, system);
+    ASSERT_NE(process, 0U);
     int number = 0;
     while ((process >> number & 1U) == 0) {
         ++number;

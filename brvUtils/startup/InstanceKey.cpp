@@ -6,11 +6,12 @@ namespace brvUtils {
 
 const char* getInstanceKey()
 {
-    static const std::string name = [] {
+    // Never destroyed: objects with static storage name their system objects until the very end.
+    static const auto* const name = [] {
         const char* const value = std::getenv("STUDIO_INSTANCE");
-        return std::string(value != nullptr ? value : "");
+        return new std::string(value != nullptr ? value : "");
     }();
-    return name.c_str();
+    return name->c_str();
 }
 
 std::string buildKeyWithInstance(const std::string& key)

@@ -11,7 +11,7 @@
 namespace brvUtils {
 
 /// The instance's name, empty where the variable is not defined. Read by the first call of the process and remembered;
-/// the text lives as long as the process. Any thread.
+/// the text lives as long as the process. On Windows in the process's 8-bit code page. Any thread.
 BRVUTILS_API const char* getInstanceKey();
 
 /// The instance's name followed directly by `key`. Any thread.

@@ -11,14 +11,14 @@
 namespace brvUtils {
 
 /// Value of the environment variable `STUDIO_PATH`, or null where it is not defined. Read at each call; the text belongs
-/// to the environment.
+/// to the environment. On Windows in the process's 8-bit code page, unlike the paths of the module below, which are UTF-8.
 BRVUTILS_API const char* getBasePath();
 
 /// The same for `COMPUTE_PATH`.
 BRVUTILS_API const char* getComputePath();
 
-/// Full file name of the process's executable, not of this library, in UTF-8. Empty when the system does not tell;
-/// Windows cuts it at 260 characters.
+/// Full file name of the process's executable, not of this library, in UTF-8. Empty when the system does not tell. A
+/// path of more than 259 characters is cut on Windows.
 BRVUTILS_API std::string GetModuleFilePath();
 
 /// Folder of the process's executable, without a separator at its end.

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <iostream>
+#include <locale>
 #include <sstream>
 #include <thread>
 
@@ -14,6 +15,7 @@ namespace {
 [[noreturn]] void rejectProcessor(int processor, os::ProcessorMask shared, os::ProcessorMask system)
 {
     std::ostringstream text;
+    text.imbue(std::locale::classic()); // masks without separators of thousands
     text << "ProcessorId [" << processor << "] is not valid on this computer" << std::endl
          << "Process affinity mask = " << shared << std::endl // kept for callers: what the request shares with the system, so 0
          << "System affinity mask = " << system << std::endl;
@@ -34,6 +36,7 @@ void bindTo(int processor)
     if (os::setProcessAffinity(mask) != os::error::none) {
         const std::string reason = os::lastSystemErrorText();
         std::ostringstream text;
+        text.imbue(std::locale::classic());
         // Kept for callers: the address of the system's text, not the text.
         text << "SetProcessAffinityMask" << "  failed on processor [" << processor << "] - ERROR = " << static_cast<const void*>(reason.c_str());
         std::cout << text.str() << " . Quitting..." << std::endl;

@@ -19,15 +19,27 @@ namespace brvUtils::os {
 
 namespace {
 
+/// The same file under a number above those of the standard streams: the system hands these out as well when this process
+/// has closed a stream, and a child that gets its own streams would lose what has them.
+int aboveStandardStreams(int number)
+{
+    if (number < 0 || number > STDERR_FILENO) {
+        return number;
+    }
+    const int moved = fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    close(number);
+    return moved;
+}
+
 bool makePipe(Descriptor& readEnd, Descriptor& writeEnd)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         return false;
     }
-    readEnd.take(ends[0]);
-    writeEnd.take(ends[1]);
-    return true;
+    readEnd.take(aboveStandardStreams(ends[0]));
+    writeEnd.take(aboveStandardStreams(ends[1]));
+    return readEnd.open() && writeEnd.open();
 }
 
 std::vector<std::string> environmentOf(const ChildCommand& command)
@@ -96,19 +108,36 @@ void takeIn(Descriptor& pipe, std::string& text)
 struct ChildProcess::System
 {
     pid_t id = 0;
-    bool ended = false; ///< And no longer known to the system.
-    Descriptor process; ///< Open until then.
+    Descriptor process; ///< Open until the end was seen. Names the child also when its number has gone to another process.
     Descriptor input;
     Descriptor output;
     Descriptor error;
 
     ~System()
     {
-        if (id != 0 && !ended) {
-            ::kill(id, SIGKILL);
-            while (waitpid(id, nullptr, 0) < 0 && errno == EINTR) {
-            }
+        if (process.open()) {
+            kill();
+            waitForEnd();
         }
+    }
+
+    void kill() const
+    {
+        // Not by the functions for these descriptors, whose header lacks C linkage in glibc 2.36.
+        syscall(SYS_pidfd_send_signal, process.get(), SIGKILL, nullptr, 0);
+    }
+
+    ChildExit waitForEnd()
+    {
+        siginfo_t end {};
+        int result;
+        while ((result = waitid(P_PIDFD, static_cast<id_t>(process.get()), &end, WEXITED)) != 0 && errno == EINTR) {
+        }
+        process.close();
+        if (result != 0) {
+            return {ChildExit::Kind::exited, ChildExit::unknownCode};
+        }
+        return {end.si_code == CLD_EXITED ? ChildExit::Kind::exited : ChildExit::Kind::killed, end.si_status};
     }
 };
 
@@ -158,6 +187,13 @@ ErrorCode ChildProcess::start(const ChildCommand& command)
             failureInChild.get());
     }
     system->id = child;
+    system->process.take(aboveStandardStreams(static_cast<int>(syscall(SYS_pidfd_open, child, 0))));
+    if (!system->process.open()) {
+        const ErrorCode code = fromErrno(errno);
+        ::kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        return code;
+    }
     failureInChild.close();
     int number = 0;
     ssize_t size;
@@ -165,11 +201,6 @@ ErrorCode ChildProcess::start(const ChildCommand& command)
     }
     if (size > 0) {
         return fromErrno(number);
-    }
-    // Not by its function, whose header lacks C linkage in glibc 2.36.
-    system->process.take(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-    if (!system->process.open()) {
-        return fromErrno(errno);
     }
     system_ = std::move(system);
     return error::none;
@@ -216,12 +247,8 @@ bool ChildProcess::collect(Milliseconds timeout, bool untilWritable)
     if (waits[2].revents != 0) {
         takeIn(system_->error, error_);
     }
-    int status = 0;
-    if (waits[0].revents != 0 && waitpid(system_->id, &status, 0) == system_->id) {
-        system_->ended = true;
-        system_->process.close();
-        exit_ = WIFSIGNALED(status) ? ChildExit{ChildExit::Kind::killed, WTERMSIG(status)}
-                                    : ChildExit{ChildExit::Kind::exited, WEXITSTATUS(status)};
+    if (waits[0].revents != 0) {
+        exit_ = system_->waitForEnd();
     }
     return true;
 }
@@ -238,8 +265,8 @@ void ChildProcess::closeInput()
 
 void ChildProcess::kill()
 {
-    if (system_->id != 0 && !system_->ended) {
-        ::kill(system_->id, SIGKILL);
+    if (system_->process.open()) {
+        system_->kill();
     }
 }
 

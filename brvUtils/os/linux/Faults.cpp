@@ -13,8 +13,12 @@ namespace brvUtils::os {
 
 void endWithoutTraces()
 {
+    // One byte is too small for any core file, and tells the kernel to start no program that takes cores; 0 does not.
+    const rlimit tiny{1, 1};
     const rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
+    if (setrlimit(RLIMIT_CORE, &tiny) != 0) {
+        setrlimit(RLIMIT_CORE, &none);
+    }
 }
 
 void pinFaultReports()

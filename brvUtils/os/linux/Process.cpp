@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <locale>
 #include <sched.h>
 #include <set>
 #include <sys/resource.h>
@@ -53,6 +54,7 @@ cpu_set_t setOf(ProcessorMask mask)
 ProcessorMask systemProcessors()
 {
     std::ifstream list("/sys/devices/system/cpu/online");
+    list.imbue(std::locale::classic());
     ProcessorMask mask = 0;
     for (int first; list >> first; list.get()) {
         int last = first;

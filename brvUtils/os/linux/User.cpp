@@ -13,10 +13,18 @@ std::string effectiveUserName()
     std::vector<char> buffer(1024);
     passwd entry {};
     passwd* found = nullptr;
-    while (getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == ERANGE) {
-        buffer.resize(2 * buffer.size());
+    int result;
+    while ((result = getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found)) == ERANGE || result == EINTR) {
+        if (result == ERANGE) {
+            buffer.resize(2 * buffer.size());
+        }
     }
-    return found != nullptr ? found->pw_name : std::to_string(user);
+    if (found != nullptr) {
+        return found->pw_name;
+    }
+    // Other codes are ways to say that there is no such user.
+    const bool noAnswer = result == EIO || result == EMFILE || result == ENFILE || result == ENOMEM;
+    return noAnswer ? std::string() : std::to_string(user);
 }
 
 } // namespace brvUtils::os

@@ -10,15 +10,15 @@ namespace {
 
 constexpr UINT killedCode = 137; // As shells on Linux report a killed process.
 
-/// Ends the children when this process ends, however that comes. Closed by the system only.
+/// Ends the children when this process ends, however that comes. Closed by the system only. Null when there is none.
 HANDLE childrensJob()
 {
     static const HANDLE job = [] {
         const HANDLE created = CreateJobObjectW(nullptr, nullptr);
         JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
         limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_SILENT_BREAKAWAY_OK;
-        SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits, sizeof limits);
-        return created;
+        const bool limited = SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+        return limited ? created : nullptr;
     }();
     return job;
 }
@@ -57,8 +57,10 @@ private:
     HANDLE add(ScopedHandle& stream, DWORD own)
     {
         HANDLE copy = nullptr;
-        if (!stream.open()
-            && DuplicateHandle(GetCurrentProcess(), GetStdHandle(own), GetCurrentProcess(), &copy, 0, TRUE, DUPLICATE_SAME_ACCESS)) {
+        const HANDLE ours = GetStdHandle(own);
+        // The value for a failure is also the handle of this process, which would be copied.
+        if (!stream.open() && ours != INVALID_HANDLE_VALUE
+            && DuplicateHandle(GetCurrentProcess(), ours, GetCurrentProcess(), &copy, 0, TRUE, DUPLICATE_SAME_ACCESS)) {
             stream.take(copy);
         }
         if (stream.open()) {
@@ -130,11 +132,13 @@ ErrorCode ChildProcess::start(const ChildCommand& command)
             startup.get(), &started)) {
         return GetLastError();
     }
-    AssignProcessToJobObject(childrensJob(), started.hProcess);
-    ResumeThread(started.hThread);
-    CloseHandle(started.hThread);
     system->process.take(started.hProcess);
     system->id = started.dwProcessId;
+    const ScopedHandle thread(started.hThread);
+    if (!AssignProcessToJobObject(childrensJob(), started.hProcess)) {
+        return GetLastError(); // A child that might outlive this process is ended.
+    }
+    ResumeThread(thread.get());
     for (ChildPipe* pipe : {&system->output, &system->error}) {
         if (pipe->open()) {
             pipe->beginReading();

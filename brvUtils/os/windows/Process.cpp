@@ -16,9 +16,9 @@ ErrorCode outcome(bool success)
 
 std::string executablePath()
 {
-    wchar_t path[MAX_PATH];
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return utf8FromWide(std::wstring(path, length));
+    // Systems differ in whether a path that was cut ends with a zero.
+    wchar_t path[MAX_PATH + 1] = {};
+    return GetModuleFileNameW(nullptr, path, MAX_PATH) != 0 ? utf8FromWide(path) : std::string();
 }
 
 ErrorCode setPriorityClass(PriorityClass priority)

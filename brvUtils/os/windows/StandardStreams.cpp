@@ -1,5 +1,6 @@
 #include "brvUtils/os/StandardStreams.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -16,19 +17,36 @@ void flushBoth()
     std::fflush(stderr);
 }
 
+/// What a function of the C library failed with; it need not tell the system's last error.
+ErrorCode libraryError()
+{
+    return errno == EMFILE ? error::tooManyOpenFiles : error::invalidHandle;
+}
+
 /// A file without a name that others could meet, gone with its last handle.
-int openTemporaryFile(std::wstring& name)
+ErrorCode openTemporaryFile(std::wstring& name, int& file)
 {
     wchar_t folder[MAX_PATH + 1];
-    wchar_t file[MAX_PATH];
-    if (GetTempPathW(MAX_PATH + 1, folder) == 0 || GetTempFileNameW(folder, L"brv", 0, file) == 0) {
-        return -1;
+    wchar_t path[MAX_PATH];
+    if (GetTempPathW(MAX_PATH + 1, folder) == 0 || GetTempFileNameW(folder, L"brv", 0, path) == 0) {
+        return GetLastError();
     }
-    name = file;
-    const HANDLE handle = CreateFileW(file, GENERIC_READ | GENERIC_WRITE | DELETE,
+    name = path;
+    const HANDLE handle = CreateFileW(path, GENERIC_READ | GENERIC_WRITE | DELETE,
         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
         FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    return handle == INVALID_HANDLE_VALUE ? -1 : _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_TEXT);
+    if (handle == INVALID_HANDLE_VALUE) {
+        const ErrorCode code = GetLastError();
+        DeleteFileW(path);
+        return code;
+    }
+    file = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_TEXT);
+    if (file < 0) {
+        const ErrorCode code = libraryError();
+        CloseHandle(handle);
+        return code;
+    }
+    return error::none;
 }
 
 std::string readFile(const std::wstring& name)
@@ -68,11 +86,18 @@ StandardStreamCapture::StandardStreamCapture(StandardStream stream) : system_(ne
 {
     flushBoth();
     system_->stream = static_cast<int>(stream);
-    system_->file = openTemporaryFile(system_->name);
+    system_->error = openTemporaryFile(system_->name, system_->file);
+    if (system_->error != error::none) {
+        return;
+    }
     system_->saved = _dup(system_->stream);
+    if (system_->saved < 0) {
+        system_->error = libraryError();
+        return;
+    }
     const int mode = _setmode(system_->stream, _O_TEXT);
-    if (system_->file < 0 || system_->saved < 0 || _dup2(system_->file, system_->stream) != 0) {
-        system_->error = GetLastError();
+    if (_dup2(system_->file, system_->stream) != 0) {
+        system_->error = libraryError();
     }
     system_->translated = mode != _O_BINARY;
     _setmode(system_->stream, mode);
