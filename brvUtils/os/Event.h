@@ -43,7 +43,7 @@ constexpr std::size_t maximumWaitCount = 64;
 ///        order; for the wait for all, 0. Untouched unless the result is signalled.
 /// A wait for all looks at the present states: it takes nothing until it can take everything in one step.
 /// Errors: invalidHandle; invalidParameter for no events, more than maximumWaitCount or, in a wait for all, an event that
-/// stands in the list twice; notSupported on a Linux kernel before 5.16.
+/// stands in the list twice; notSupported for several events on a Linux kernel before 5.16.
 WaitResult waitEvents(Event* const* events, std::size_t count, bool all, Milliseconds timeout, std::size_t* index) noexcept;
 
 } // namespace brvUtils::os

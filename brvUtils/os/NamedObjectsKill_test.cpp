@@ -38,6 +38,9 @@ struct Work
         if (opening.semaphore == nullptr) {
             return false;
         }
+        if (random() % 2 == 0) {
+            useAsLock(opening.semaphore);
+        }
         for (int i = 0; i < 4; ++i) {
             if (waitSemaphore(opening.semaphore, random() % 3).status == WaitStatus::signalled || random() % 2 == 0) {
                 releaseSemaphore(opening.semaphore);

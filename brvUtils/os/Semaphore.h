@@ -40,7 +40,7 @@ ErrorCode releaseSemaphore(Semaphore* semaphore) noexcept;
 
 /// Tunes this handle's releases for a semaphore that serves as a lock: taken and released far more often than waited for.
 /// Where the system allows it a release then costs no more than two plain memory accesses, and going to sleep a little
-/// more. To be called before the first take through this handle.
+/// more; sleepers wake once a second to look for themselves. To be called before the first take through this handle.
 void useAsLock(Semaphore* semaphore) noexcept;
 
 /// Whether the system tells who took a semaphore (Linux: yes, Windows: no).
@@ -51,7 +51,7 @@ struct DeadTaker
 {
     bool found; ///< Whether there is one; always false where the system cannot tell (Windows).
     std::uint32_t processId; ///< 0 when its record was used again since.
-    char program[48]; ///< File name of its executable, cut at 47 bytes; empty when unknown.
+    char program[40]; ///< File name of its executable, cut at 39 bytes; empty when unknown.
 };
 
 /// Makes the semaphore free when its taker has died, and says who that was. Of several callers one finds the dead taker.

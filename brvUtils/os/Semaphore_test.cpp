@@ -179,6 +179,19 @@ BRV_CHILD(lockCounter)
     return 0;
 }
 
+TEST(Semaphore, WithoutANameIsClean)
+{
+    // Handles are used again.
+    Semaphore* named = openSemaphore(uniqueName().c_str(), true).semaphore;
+    useAsLock(named);
+    closeSemaphore(named);
+    Semaphore* semaphore = openSemaphore(nullptr, false).semaphore;
+    EXPECT_EQ(waitSemaphore(semaphore, 1).status, WaitStatus::timedOut);
+    EXPECT_EQ(releaseSemaphore(semaphore), error::none);
+    EXPECT_EQ(waitSemaphore(semaphore, infinite).status, WaitStatus::signalled);
+    closeSemaphore(semaphore);
+}
+
 /// A sleeper that was forgotten would sleep for ever, and the test with it.
 TEST(Semaphore, AsALockForgetsNoSleeper)
 {

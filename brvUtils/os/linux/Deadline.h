@@ -28,12 +28,17 @@ public:
     /// For the kernel's waits: null when there is no limit.
     const timespec* moment() const { return limited_ ? &moment_ : nullptr; }
 
-    bool passed() const
+    bool passed() const { return limited_ && monotonicNanoseconds() >= nanoseconds(); }
+
+    /// The one of both that comes first.
+    Deadline earlier(const Deadline& other) const
     {
-        return limited_ && monotonicNanoseconds() >= moment_.tv_sec * std::int64_t{1'000'000'000} + moment_.tv_nsec;
+        return !limited_ || (other.limited_ && other.nanoseconds() < nanoseconds()) ? other : *this;
     }
 
 private:
+    std::int64_t nanoseconds() const { return moment_.tv_sec * std::int64_t{1'000'000'000} + moment_.tv_nsec; }
+
     bool limited_;
     timespec moment_{};
 };

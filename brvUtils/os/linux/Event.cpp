@@ -20,24 +20,18 @@ bool isValid(const Handle* handle)
 {
     const std::uint64_t resetsBefore = event.state->load(std::memory_order_acquire) & resets;
     SpinThenSleep pace(event);
-    if (pace.spin([&] { return tryPassSince(event, resetsBefore) == Attempt::done; })) {
+    if (pace.spin([&] { return tryPassSince(event, resetsBefore); })) {
         return {WaitStatus::signalled, error::none};
     }
     const Deadline deadline(pace.start(), timeout);
-    bool inTime = true;
-    for (int naps = 0;;) {
-        const Attempt attempt = tryPassSince(event, resetsBefore);
-        if (attempt == Attempt::done) {
+    for (bool inTime = true;;) {
+        if (tryPassSince(event, resetsBefore)) {
             return {WaitStatus::signalled, error::none};
         }
-        if (!inTime && (attempt == Attempt::notSignalled || ++naps > lastNaps)) {
+        if (!inTime) {
             return {WaitStatus::timedOut, error::none};
         }
-        std::uint32_t expected = 0;
-        if (attempt == Attempt::held) {
-            nap();
-            inTime = !deadline.passed();
-        } else if (announceWaiter(event, expected)) {
+        if (std::uint32_t expected = 0; announceWaiter(event, expected)) {
             inTime = futexWait(*event.state, expected, deadline.moment());
         }
     }
@@ -63,16 +57,7 @@ ErrorCode setEvent(Event* event) noexcept
     if (!isValid(handle)) {
         return error::invalidHandle;
     }
-    StateWord& word = *handle->state;
-    std::uint64_t state = word.load(std::memory_order_relaxed);
-    // Also where the event is signalled already the word is written: whoever takes that signal must see what the caller
-    // wrote before.
-    while ((state & hasWaiters) == 0 || (state & signalled) != 0) {
-        if (word.compare_exchange_weak(state, state | signalled, std::memory_order_acq_rel, std::memory_order_relaxed)) {
-            return error::none;
-        }
-    }
-    futexChangeAndWakeAll(word, FUTEX_OP_OR, signalled);
+    set(*handle);
     return error::none;
 }
 
@@ -82,9 +67,7 @@ ErrorCode resetEvent(Event* event) noexcept
     if (!isValid(handle)) {
         return error::invalidHandle;
     }
-    while (tryReset(*handle) == Attempt::held) {
-        nap();
-    }
+    reset(*handle);
     return error::none;
 }
 
@@ -94,11 +77,10 @@ WaitResult waitEvent(Event* event, Milliseconds timeout) noexcept
     if (!isValid(handle)) {
         return {WaitStatus::failed, error::invalidHandle};
     }
-    const Attempt attempt = tryPass(*handle);
-    if (attempt == Attempt::done) {
+    if (tryPass(*handle)) {
         return {WaitStatus::signalled, error::none};
     }
-    if (timeout == 0 && attempt == Attempt::notSignalled) {
+    if (timeout == 0) {
         return {WaitStatus::timedOut, error::none};
     }
     return waitLonger(*handle, timeout);

@@ -1,5 +1,6 @@
 #include "brvUtils/os/Event.h"
 #include "brvUtils/os/linux/EventState.h"
+#include "brvUtils/os/linux/EventTransaction.h"
 #include "testing/Child.h"
 #include "testing/UniqueName.h"
 
@@ -33,41 +34,102 @@ TEST(EventState, OneSetThenResetReleasesWhoWasWaiting)
     closeEvent(event);
 }
 
-BRV_CHILD(eventReserver)
+/// Goes as far into a wait for all of "<name>0" and "<name>1" as the second argument says.
+BRV_CHILD(waiterForAll)
 {
-    Event* event = openEvent(arguments[0].c_str(), false, false).event;
-    childSay(eventState::tryReserve(*handleOf(event)) == eventState::Attempt::done ? "reserved" : "failed");
+    Handle& first = *handleOf(openEvent((arguments[0] + "0").c_str(), false, false).event);
+    Handle& second = *handleOf(openEvent((arguments[0] + "1").c_str(), false, false).event);
+    EventTransaction transaction(first);
+    bool good = transaction.reserve(first);
+    if (arguments[1] != "reserved one") {
+        good = transaction.reserve(second) && transaction.decide() && good;
+    }
+    if (arguments[1] == "took one") {
+        transaction.finish(first);
+    }
+    childSay(good ? "there" : "failed");
+    childHear();
+    childSay(transaction.decide() ? "decided" : "aborted");
     childHear();
     return 0;
 }
 
-TEST(EventState, AReservationOfAKilledProcessIsTakenBack)
+/// Two signalled events, and a process in the midst of a wait for both.
+struct WaitForAllBeside
 {
-    const std::string name = uniqueName();
-    Event* event = openEvent(name.c_str(), false, true).event;
-    Child child("eventReserver", {name});
-    child.expectLine("reserved");
-    EXPECT_EQ(setEvent(event), error::none) << "a setter does not wait";
-    child.kill();
-    EXPECT_EQ(waitEvent(event, 0).status, WaitStatus::signalled);
-    EXPECT_EQ(waitEvent(event, 0).status, WaitStatus::timedOut);
-    closeEvent(event);
+    std::string name = uniqueName();
+    Event* events[2] = {openEvent((name + "0").c_str(), false, true).event, openEvent((name + "1").c_str(), false, true).event};
+    Child child;
+
+    explicit WaitForAllBeside(const std::string& progress)
+        : child("waiterForAll", {name, progress})
+    {
+        child.expectLine("there");
+    }
+    ~WaitForAllBeside()
+    {
+        closeEvent(events[0]);
+        closeEvent(events[1]);
+    }
+    bool take(int i) { return waitEvent(events[i], 0).status == WaitStatus::signalled; }
+};
+
+TEST(EventTransaction, OfAKilledProcessTakesAllSignalsOrNone)
+{
+    for (const char* progress : {"reserved one", "decided", "took one"}) {
+        WaitForAllBeside beside(progress);
+        beside.child.kill();
+        const bool left = std::string(progress) == "reserved one";
+        EXPECT_EQ(beside.take(0), left) << progress;
+        EXPECT_EQ(beside.take(1), left) << progress;
+    }
 }
 
-TEST(EventState, AStoppedReservationDoesNotStopAWaitWithALimit)
+TEST(EventTransaction, OfAKilledProcessSwallowsNoLaterSignal)
 {
-    const std::string name = uniqueName();
-    Event* event = openEvent(name.c_str(), false, true).event;
-    Child child("eventReserver", {name});
-    child.expectLine("reserved");
+    for (const char* progress : {"reserved one", "decided", "took one"}) {
+        WaitForAllBeside beside(progress);
+        beside.child.kill();
+        setEvent(beside.events[0]);
+        setEvent(beside.events[1]);
+        EXPECT_TRUE(beside.take(0) && beside.take(1)) << progress;
+        EXPECT_FALSE(beside.take(0) || beside.take(1)) << progress;
+    }
+}
+
+TEST(EventTransaction, OfAStoppedProcessHoldsUpNobody)
+{
     std::size_t index = 0;
-    EXPECT_EQ(waitEvent(event, 0).status, WaitStatus::timedOut);
-    EXPECT_EQ(waitEvent(event, 20).status, WaitStatus::timedOut);
-    EXPECT_EQ(waitEvents(&event, 1, true, 20, &index).status, WaitStatus::timedOut);
-    child.send("end");
-    child.expectExit(0);
-    EXPECT_EQ(waitEvents(&event, 1, true, 0, &index).status, WaitStatus::signalled);
-    closeEvent(event);
+    {
+        WaitForAllBeside beside("reserved one");
+        EXPECT_EQ(waitEvents(beside.events, 2, true, 0, &index).status, WaitStatus::signalled);
+        EXPECT_FALSE(beside.take(0));
+        beside.child.send("go on");
+        beside.child.expectLine("aborted");
+    }
+    {
+        WaitForAllBeside beside("reserved one");
+        EXPECT_TRUE(beside.take(0));
+        setEvent(beside.events[0]);
+        beside.child.send("go on");
+        beside.child.expectLine("aborted");
+        EXPECT_TRUE(beside.take(0));
+    }
+    WaitForAllBeside beside("reserved one");
+    EXPECT_EQ(resetEvent(beside.events[0]), error::none);
+    EXPECT_FALSE(beside.take(0));
+    EXPECT_TRUE(beside.take(1));
+}
+
+TEST(EventTransaction, AnAbandonedOneIsEndedForTheNextProcessOfTheRecord)
+{
+    WaitForAllBeside beside("took one");
+    Handle& second = *handleOf(beside.events[1]);
+    const auto record = static_cast<std::uint32_t>(second.state->load() >> 54);
+    beside.child.kill();
+    EventTransaction::endAbandoned(*second.table, record);
+    EXPECT_EQ(second.state->load() & (eventState::reserved | eventState::signalled), 0U);
+    EXPECT_EQ(second.table->processes[record].transaction & 3U, 0U);
 }
 
 /// Polls for all of two signalled manual-reset events while another thread does the same: neither may see the other's

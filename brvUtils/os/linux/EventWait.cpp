@@ -3,7 +3,7 @@
 #include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/Errno.h"
 #include "brvUtils/os/linux/EventState.h"
-#include "brvUtils/os/linux/ObjectTable.h"
+#include "brvUtils/os/linux/EventTransaction.h"
 
 #include <algorithm>
 #include <array>
@@ -50,7 +50,7 @@ ErrorCode check(const Members& members, bool all)
             return error::invalidHandle;
         }
         for (std::size_t other = 0; all && other < i; ++other) {
-            if (members[other].state == event->state) {
+            if (members[other].slot == event->slot) {
                 return error::invalidParameter;
             }
         }
@@ -72,20 +72,15 @@ public:
         }
     }
 
-    Attempt tryPass(std::size_t& index)
+    bool tryPass(std::size_t& index)
     {
-        Attempt result = Attempt::notSignalled;
         for (std::size_t i = 0; i < members_.count; ++i) {
-            const Attempt attempt = tryPassSince(members_[i], resetsBefore_[i]);
-            if (attempt == Attempt::done) {
+            if (tryPassSince(members_[i], resetsBefore_[i])) {
                 index = i;
-                return attempt;
-            }
-            if (attempt == Attempt::held) {
-                result = attempt;
+                return true;
             }
         }
-        return result;
+        return false;
     }
 
 private:
@@ -93,7 +88,7 @@ private:
     std::array<std::uint64_t, maximumWaitCount> resetsBefore_{};
 };
 
-/// All of them, in one step for those who look at them.
+/// All of them in one step.
 class AllOf
 {
 public:
@@ -110,24 +105,10 @@ public:
             [](const Handle* a, const Handle* b) { return a->slot < b->slot; });
     }
 
-    Attempt tryPass(std::size_t& index)
+    bool tryPass(std::size_t& index)
     {
-        // Mostly one is missing: seen without touching the others.
-        for (std::size_t i = 0; i < count_; ++i) {
-            if ((ordered_[i]->state->load(std::memory_order_acquire) & signalled) == 0) {
-                return Attempt::notSignalled;
-            }
-        }
-        std::size_t held = 0;
-        Attempt attempt = Attempt::done;
-        while (held < count_ && (attempt = tryReserve(*ordered_[held])) == Attempt::done) {
-            ++held;
-        }
-        for (std::size_t i = 0; i < held; ++i) {
-            attempt == Attempt::done ? commit(*ordered_[i]) : rollBack(*ordered_[i]);
-        }
         index = 0;
-        return attempt;
+        return EventTransaction::takeAll(ordered_.data(), count_);
     }
 
 private:
@@ -143,7 +124,7 @@ ErrorCode sleepOn(const Members& members, bool passSignalled, const Deadline& de
     unsigned count = 0;
     bool disturbed = false;
     for (std::size_t i = 0; i < members.count; ++i) {
-        if (passSignalled && (members[i].state->load(std::memory_order_relaxed) & (signalled | reserved)) == signalled) {
+        if (passSignalled && (members[i].state->load(std::memory_order_relaxed) & signalled) != 0) {
             continue;
         }
         std::uint32_t expected = 0;
@@ -172,19 +153,14 @@ template <typename Condition>
 WaitResult wait(const Members& members, Condition condition, Milliseconds timeout, std::size_t& index)
 {
     const Deadline deadline(monotonicNanoseconds(), timeout);
-    bool inTime = timeout != 0;
-    for (int naps = 0;;) {
-        const Attempt attempt = condition.tryPass(index);
-        if (attempt == Attempt::done) {
+    for (bool inTime = timeout != 0;;) {
+        if (condition.tryPass(index)) {
             return {WaitStatus::signalled, error::none};
         }
-        if (!inTime && (attempt == Attempt::notSignalled || ++naps > lastNaps)) {
+        if (!inTime) {
             return {WaitStatus::timedOut, error::none};
         }
-        if (attempt == Attempt::held) {
-            nap();
-            inTime = !deadline.passed();
-        } else if (const ErrorCode fault = sleepOn(members, Condition::needsAll, deadline, inTime); fault != error::none) {
+        if (const ErrorCode fault = sleepOn(members, Condition::needsAll, deadline, inTime); fault != error::none) {
             return {WaitStatus::failed, fault};
         }
     }
@@ -199,8 +175,9 @@ WaitResult waitEvents(Event* const* events, std::size_t count, bool all, Millise
         return {WaitStatus::failed, fault};
     }
     std::size_t found = 0;
-    // Of one event all is any; but a wait for any also sees a signal that was reset at once.
-    const WaitResult result = all && count > 1 ? wait(members, AllOf(members), timeout, found) : wait(members, AnyOf(members), timeout, found);
+    const WaitResult result = count == 1 ? waitEvent(events[0], timeout)
+        : all                            ? wait(members, AllOf(members), timeout, found)
+                                         : wait(members, AnyOf(members), timeout, found);
     if (result.status == WaitStatus::signalled) {
         *index = found;
     }

@@ -12,8 +12,9 @@ namespace brvUtils::os {
 inline int reserveFileSpace(int file, off_t begin, off_t length)
 {
     struct statvfs space{};
-    if (fstatvfs(file, &space) == 0 && static_cast<fsblkcnt_t>(length) / space.f_frsize > space.f_bavail) {
-        return ENOSPC; // at once, and not after having taken all there is
+    // At once, and not after having taken all there is. A file system without a limit says that it has no blocks.
+    if (fstatvfs(file, &space) == 0 && space.f_blocks != 0 && static_cast<fsblkcnt_t>(length) / space.f_frsize > space.f_bavail) {
+        return ENOSPC;
     }
     constexpr off_t step = off_t{16} << 20;
     for (const off_t end = begin + length; begin < end; begin += step) {

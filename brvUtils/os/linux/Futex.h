@@ -9,7 +9,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-/// The state of a named object is one 64-bit word, changed by compare-and-swap; the kernel waits on its low half.
+/// The state of a named object is one 64-bit word; the kernel waits on its low half.
 namespace brvUtils::os {
 
 using StateWord = std::atomic<std::uint64_t>;

@@ -16,12 +16,12 @@ struct alignas(64) Handle
     std::atomic<std::uint16_t> spinPause{0};
     std::uint32_t ticket = nobody; ///< Of this process, as it stands in state words.
     StateWord* state = nullptr; ///< Of the object: in its slot, or `own`.
+    Table* table = nullptr; ///< Null for an object without a name.
     std::uint32_t slot = 0;
     std::uint32_t attachment = 0; ///< Of this process to the table; 0 for an object without a name.
     void* view = nullptr; ///< Of a segment.
     std::size_t size = 0;
-    std::atomic<std::uint32_t>* plainReleases = nullptr; ///< In the slot of a semaphore.
-    bool releasesPlainly = false;
+    bool releasesPlainly = false; ///< See SemaphoreWord.h.
 
     alignas(64) StateWord own{0}; ///< State of an object without a name.
 };

@@ -26,8 +26,15 @@ Handle* HandlePool::take()
 void HandlePool::giveBack(Handle* handle)
 {
     handle->kind = Kind::closed;
+    handle->manualReset = false;
     handle->spinFailures = 0;
     handle->spinPause = 0;
+    handle->ticket = nobody;
+    handle->state = &handle->own;
+    handle->table = nullptr;
+    handle->attachment = 0;
+    handle->view = nullptr;
+    handle->releasesPlainly = false;
     free_.push_back(handle);
 }
 

@@ -43,9 +43,10 @@ void ObjectTable::forgetInChild()
 /// last of them clears up; where there is nobody, nobody else would.
 void ObjectTable::leaveAtExit()
 {
-    // Not by force: whoever ends the program in the midst of an opening leaves that to the next process.
+    // Not by force: whoever ends the program in the midst of an opening leaves that to the next process, and a process
+    // that is stopped with the lock in its hand holds up nobody's end.
     const std::unique_lock guard(mutex_, std::try_to_lock);
-    if (guard && file_.isAttached() && file_.lock() == error::none) {
+    if (guard && file_.isAttached() && file_.lockSoon() == error::none) {
         file_.leaveAtExit();
         if (!file_.isAttached()) {
             forgetHandles();
@@ -76,10 +77,6 @@ ObjectOpening ObjectTable::open(const char* text, const ObjectRequest& request) 
 ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest& request)
 {
     holds_.resize(slotCapacity);
-    Handle* handle = pool_.take();
-    if (handle == nullptr) {
-        return {nullptr, false, error::notEnoughMemory};
-    }
     ErrorCode result = error::none;
     if (file_.isAttached()) {
         result = file_.lock();
@@ -91,8 +88,12 @@ ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest
         }
     }
     if (result != error::none) {
-        pool_.giveBack(handle);
         return {nullptr, false, result};
+    }
+    Handle* handle = pool_.take();
+    if (handle == nullptr) {
+        leaveIfUnused();
+        return {nullptr, false, error::notEnoughMemory};
     }
 
     std::uint32_t slot = noSlot;
@@ -112,8 +113,7 @@ ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest
     handle->kind = request.kind;
     handle->state = &file_.table().slots[slot].state;
     handle->manualReset = file_.table().slots[slot].manualReset != 0;
-    handle->plainReleases = &file_.table().slots[slot].plainReleases;
-    handle->releasesPlainly = false;
+    handle->table = &file_.table();
     handle->ticket = file_.ticket();
     handle->slot = slot;
     handle->attachment = attachment_;
@@ -296,9 +296,6 @@ ObjectOpening ObjectTable::openUnnamed(const ObjectRequest& request) noexcept
     handle->kind = request.kind;
     handle->manualReset = request.manualReset;
     handle->state = &handle->own;
-    handle->ticket = nobody;
-    handle->attachment = 0;
-    handle->releasesPlainly = false;
     return {handle, true, error::none};
 }
 
@@ -310,7 +307,6 @@ ErrorCode ObjectTable::close(Handle* handle, Kind kind) noexcept
     }
     if (handle->view != nullptr) {
         munmap(handle->view, handle->size);
-        handle->view = nullptr;
     }
     const bool inTable = handle->attachment != 0 && handle->attachment == attachment_ && file_.isAttached();
     const std::uint32_t slot = handle->slot;
@@ -321,6 +317,9 @@ ErrorCode ObjectTable::close(Handle* handle, Kind kind) noexcept
             // The table is not to be touched; the kernel's locks can still be given back.
             if (--holds_[slot] == 0) {
                 file_.letGoOfSlot(slot);
+            }
+            if (openHandles_ == 0) {
+                file_.abandon();
             }
             return fault;
         }
@@ -346,13 +345,14 @@ bool ObjectTable::isAlive(std::uint32_t ticket) const
     return !file_.isAttached() || file_.isAlive(ticket);
 }
 
-ProcessRecord ObjectTable::processOf(std::uint32_t ticket) const
+ProcessIdentity ObjectTable::processOf(std::uint32_t ticket) const
 {
     const std::lock_guard guard(mutex_);
-    if (file_.isAttached() && file_.table().processes[ticket % processCapacity].ticket == ticket) {
-        return file_.table().processes[ticket % processCapacity];
+    if (!file_.isAttached()) {
+        return {};
     }
-    return {};
+    const ProcessIdentity& process = file_.table().processes[ticket % processCapacity].process;
+    return process.ticket == ticket ? process : ProcessIdentity{};
 }
 
 } // namespace brvUtils::os

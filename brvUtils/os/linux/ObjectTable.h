@@ -45,7 +45,7 @@ public:
     bool isAlive(std::uint32_t ticket) const;
 
     /// What is known of the process of that ticket; all zero when its record was used again.
-    ProcessRecord processOf(std::uint32_t ticket) const;
+    ProcessIdentity processOf(std::uint32_t ticket) const;
 
 private:
     ObjectTable();

@@ -36,7 +36,7 @@ public:
         fs::remove_all(folder_);
     }
 
-    fs::path table() const { return folder_ / "table"; }
+    fs::path table() const { return folder_ / "brvUtils-table"; }
     std::ptrdiff_t files() const { return fs::exists(folder_) ? std::distance(fs::directory_iterator(folder_), {}) : 0; }
 
 private:
@@ -132,6 +132,36 @@ TEST(ObjectTable, AForkedChildDoesNotKeepItsParentsLocks)
     EXPECT_EQ(space.files(), 0);
 }
 
+BRV_CHILD(taker)
+{
+    const bool took = waitSemaphore(openSemaphore(arguments[0].c_str(), true).semaphore, 0).status == WaitStatus::signalled;
+    childSay(took ? "taken" : "failed");
+    childHear();
+    return 0;
+}
+
+TEST(ObjectTable, ATicketThatIsStillInUseDoesNotComeAgain)
+{
+    const NameSpace space;
+    Semaphore* semaphore = openSemaphore("x", true).semaphore;
+    Child dead("taker", {"x"});
+    dead.expectLine("taken");
+    dead.kill();
+    {
+        std::fstream file(space.table(), std::ios::in | std::ios::out | std::ios::binary);
+        const auto patch = [&](std::size_t offset, std::uint32_t value) {
+            file.seekp(static_cast<std::streamoff>(offset));
+            file.write(reinterpret_cast<const char*>(&value), sizeof value);
+        };
+        patch(offsetof(TableHeader, lastTicket), minimumTicket); // this process's; the dead one's is next
+        patch(offsetof(TableHeader, ticketsCameAround), 1);
+    }
+    Child next("objectHolder");
+    next.expectLine("ready");
+    EXPECT_TRUE(releaseSemaphoreOfDeadTaker(semaphore).found) << "the next process is not taken for the dead one";
+    closeSemaphore(semaphore);
+}
+
 TEST(ObjectTable, ClearsAwayWhatKilledProcessesLeft)
 {
     const NameSpace space;
@@ -141,6 +171,35 @@ TEST(ObjectTable, ClearsAwayWhatKilledProcessesLeft)
     EXPECT_EQ(space.files(), 2);
     closeSemaphore(openSemaphore("another", true).semaphore);
     EXPECT_EQ(space.files(), 0);
+}
+
+TEST(ObjectTable, TouchesNoFileOfOthers)
+{
+    const NameSpace space;
+    Child child("objectHolder");
+    child.expectLine("ready");
+    const fs::path foreign = space.table().parent_path() / "brvUtils-segment-notes.txt";
+    std::ofstream(foreign) << "text";
+    child.kill();
+    closeSemaphore(openSemaphore("another", true).semaphore);
+    EXPECT_TRUE(fs::exists(foreign));
+    EXPECT_EQ(space.files(), 1);
+}
+
+TEST(ObjectTable, AProcessWhoseFilesWereRemovedLeavesThoseOfOthersAlone)
+{
+    const NameSpace space;
+    Semaphore* former = openSemaphore("former", true).semaphore;
+    fs::remove(space.table());
+    EXPECT_EQ(openSemaphore("x", true).error, error::invalidData);
+    Child child("objectHolder");
+    child.expectLine("ready");
+    EXPECT_EQ(closeSemaphore(former), error::invalidData);
+    EXPECT_EQ(space.files(), 2);
+    const SemaphoreOpening next = openSemaphore("held semaphore", true);
+    EXPECT_NE(next.semaphore, nullptr);
+    EXPECT_FALSE(next.created);
+    closeSemaphore(next.semaphore);
 }
 
 TEST(ObjectTable, AForeignFileInPlaceOfTheTableIsReplacedOnlyWhileNobodyUsesIt)

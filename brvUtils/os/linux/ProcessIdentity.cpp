@@ -30,17 +30,17 @@ std::uint64_t startTimeOfThisProcess()
 
 } // namespace
 
-ProcessRecord identityOfThisProcess()
+ProcessIdentity identityOfThisProcess()
 {
-    ProcessRecord record{};
-    record.processId = static_cast<std::uint32_t>(getpid());
-    record.startTime = startTimeOfThisProcess();
+    ProcessIdentity identity{};
+    identity.processId = static_cast<std::uint32_t>(getpid());
+    identity.startTime = startTimeOfThisProcess();
     char path[4096];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
     const std::string_view file(path, length > 0 ? static_cast<std::size_t>(length) : 0);
     const std::string_view program = file.substr(file.rfind('/') + 1); // all of it without a separator
-    program.copy(record.program, sizeof record.program - 1);
-    return record;
+    program.copy(identity.program, sizeof identity.program - 1);
+    return identity;
 }
 
 } // namespace brvUtils::os

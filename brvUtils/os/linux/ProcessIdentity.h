@@ -4,7 +4,7 @@
 
 namespace brvUtils::os {
 
-/// The record by which other processes know this one: number, start time, program. Without a ticket.
-ProcessRecord identityOfThisProcess();
+/// What other processes know of this one: number, start time, program. Without a ticket.
+ProcessIdentity identityOfThisProcess();
 
 } // namespace brvUtils::os

@@ -24,6 +24,15 @@ inline int setRecordLock(int file, short type, std::int64_t byte, bool wait = fa
     return 0;
 }
 
+/// Gives back all locks of the descriptor.
+inline void unlockAll(int file)
+{
+    struct flock lock{};
+    lock.l_type = F_UNLCK;
+    lock.l_whence = SEEK_SET;
+    fcntl(file, F_OFD_SETLK, &lock);
+}
+
 /// A run of locked bytes.
 struct LockedRange
 {

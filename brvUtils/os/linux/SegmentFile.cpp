@@ -19,9 +19,15 @@ struct FileName
 {
     explicit FileName(std::uint32_t slot) { std::snprintf(text, sizeof text, "%s%u", stem, slot); }
 
-    static constexpr const char* stem = "segment-";
-    char text[24];
+    static constexpr const char* stem = "brvUtils-segment-";
+    char text[32];
 };
+
+bool isSegmentFile(const char* name)
+{
+    const std::size_t length = std::strlen(FileName::stem);
+    return std::strncmp(name, FileName::stem, length) == 0 && std::strspn(name + length, "0123456789") == std::strlen(name + length);
+}
 
 } // namespace
 
@@ -85,7 +91,7 @@ void removeAllSegmentFiles(int folder)
         return;
     }
     while (const dirent* entry = readdir(entries)) {
-        if (std::strncmp(entry->d_name, FileName::stem, std::strlen(FileName::stem)) == 0) {
+        if (isSegmentFile(entry->d_name)) {
             unlinkat(folder, entry->d_name, 0);
         }
     }

@@ -21,16 +21,23 @@ bool isFree(SemaphoreWord::Value value)
     return (value & SemaphoreWord::takerBits) == 0;
 }
 
+bool isReleasedPlainly(const Handle& handle)
+{
+    return handle.table != nullptr && handle.table->slots[handle.slot].plainReleases.load(std::memory_order_acquire) != 0;
+}
+
 /// Waits until the semaphore is no longer as it was seen, with the flag of sleepers. False when the deadline has passed.
 bool sleep(Handle& handle, SemaphoreWord::Value seen, const Deadline& deadline)
 {
-    if (handle.plainReleases != nullptr && handle.plainReleases->load(std::memory_order_relaxed) != 0 && !barrierEverywhere()) {
-        // A release may overlook this sleeper: it looks after itself.
-        const Deadline soon(monotonicNanoseconds(), 2);
-        futexWait(*handle.state, seen, soon.moment());
-        return !deadline.passed();
+    if (!isReleasedPlainly(handle)) {
+        return futexWait(*handle.state, seen, deadline.moment());
     }
-    return futexWait(*handle.state, seen, deadline.moment());
+    // Who is killed between the two halves of a plain release has woken nobody; and where barriers are not allowed, a
+    // release may overlook a sleeper. So this one looks after itself.
+    const Milliseconds nextLook = barrierEverywhere() ? 1000 : 2;
+    const Deadline turn = deadline.earlier({monotonicNanoseconds(), nextLook});
+    futexWait(*handle.state, seen, turn.moment());
+    return !deadline.passed();
 }
 
 // Apart from the short way, which is to stay short.
@@ -116,8 +123,8 @@ ErrorCode releaseSemaphore(Semaphore* semaphore) noexcept
 void useAsLock(Semaphore* semaphore) noexcept
 {
     Handle* handle = handleOf(semaphore);
-    if (isValid(handle) && handle->attachment != 0 && registerForBarriers()) {
-        handle->plainReleases->store(1);
+    if (isValid(handle) && handle->table != nullptr && registerForBarriers()) {
+        handle->table->slots[handle->slot].plainReleases = 1;
         handle->releasesPlainly = true;
     }
 }
@@ -131,7 +138,7 @@ DeadTaker releaseSemaphoreOfDeadTaker(Semaphore* semaphore) noexcept
 {
     DeadTaker dead{};
     Handle* handle = handleOf(semaphore);
-    if (!isValid(handle) || handle->attachment == 0) {
+    if (!isValid(handle) || handle->table == nullptr) {
         return dead;
     }
     const SemaphoreWord word(*handle->state);
@@ -141,7 +148,7 @@ DeadTaker releaseSemaphoreOfDeadTaker(Semaphore* semaphore) noexcept
     if (isFree(seen) || table.isAlive(ticket)) {
         return dead;
     }
-    const ProcessRecord process = table.processOf(ticket);
+    const ProcessIdentity process = table.processOf(ticket);
     dead.processId = process.processId;
     std::memcpy(dead.program, process.program, sizeof dead.program);
     // Taken over and then released: were this process killed in between, the next one would find a dead taker again, and

@@ -13,7 +13,10 @@ namespace brvUtils::os {
 ///
 /// There are two ways to release. The plain way writes the taker's bits alone and then looks for sleepers, without the
 /// interlocked instruction that is half the price of a lock. A sleeper that announces itself between the two would be
-/// overlooked while the write is still on its way to memory; therefore it runs a barrier everywhere before it sleeps.
+/// overlooked while the write is still on its way to memory; therefore it runs a barrier everywhere before it sleeps. One
+/// who is killed between the two wakes nobody; therefore sleepers look for themselves once a second.
+///
+/// The word is accessed in pieces of several sizes, which the language does not define and compilers and processors do.
 class SemaphoreWord
 {
 public:
@@ -26,7 +29,7 @@ public:
     {
     }
 
-    Value load() const { return __atomic_load_n(word_, __ATOMIC_RELAXED); }
+    Value load() const { return __atomic_load_n(word_, __ATOMIC_ACQUIRE); }
 
     /// Changes exactly `expected`, which otherwise becomes what was found.
     bool change(Value& expected, Value desired) const

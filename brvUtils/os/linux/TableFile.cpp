@@ -1,11 +1,14 @@
 #include "brvUtils/os/linux/TableFile.h"
 
 #include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/EventTransaction.h"
 #include "brvUtils/os/linux/FileSpace.h"
 #include "brvUtils/os/linux/ProcessIdentity.h"
 #include "brvUtils/os/linux/SegmentFile.h"
+#include "brvUtils/os/linux/SemaphoreWord.h"
 
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -15,7 +18,7 @@ namespace brvUtils::os {
 
 namespace {
 
-constexpr const char* tableName = "table";
+constexpr const char* tableName = "brvUtils-table"; // a folder that users have named may hold other files
 constexpr int attempts = 1000; // of attaching while others come and go
 
 } // namespace
@@ -62,12 +65,12 @@ ErrorCode TableFile::open(bool& removedMeanwhile)
     if (const int number = setRecordLock(file_, F_WRLCK, tableByte, true); number != 0) {
         return fromErrno(number);
     }
-    struct stat status{};
-    fstat(file_, &status);
-    removedMeanwhile = status.st_nlink == 0;
+    removedMeanwhile = isRemoved();
     if (removedMeanwhile) {
         return error::fileNotFound;
     }
+    struct stat status{};
+    fstat(file_, &status);
     if (!S_ISREG(status.st_mode)) {
         return error::accessDenied;
     }
@@ -139,41 +142,78 @@ ErrorCode TableFile::takeTicket()
     }
     // A process that comes back takes its old ticket, so that the records tell of many processes, not of one that comes
     // and goes.
-    if (std::memcmp(&table_->processes[identity_.ticket % processCapacity], &identity_, sizeof identity_) == 0
-        && setRecordLock(file_, F_WRLCK, ticketBytes + identity_.ticket) == 0) {
-        ticket_ = identity_.ticket;
-        return error::none;
+    std::uint32_t ticket = identity_.ticket;
+    if (ticket == 0 || std::memcmp(&table_->processes[ticket % processCapacity].process, &identity_, sizeof identity_) != 0) {
+        ticket = unusedTicket();
     }
-    std::uint32_t ticket = table_->header.lastTicket;
-    for (std::uint32_t attempt = 0; attempt < processCapacity; ++attempt) {
-        ticket = ticket >= maximumTicket ? 1 : ticket + 1;
-        ProcessRecord& record = table_->processes[ticket % processCapacity];
-        if (record.ticket != 0 && isAlive(record.ticket)) {
-            continue;
-        }
-        if (const int number = setRecordLock(file_, F_WRLCK, ticketBytes + ticket); number != 0) {
-            return fromErrno(number);
-        }
-        identity_.ticket = ticket;
-        record = identity_;
-        table_->header.lastTicket = ticket;
-        ticket_ = ticket;
-        return error::none;
+    if (ticket == 0) {
+        return error::notEnoughMemory;
     }
-    return error::notEnoughMemory;
+    if (const int number = setRecordLock(file_, F_WRLCK, ticketBytes + ticket); number != 0) {
+        return fromErrno(number);
+    }
+    identity_.ticket = ticket;
+    EventTransaction::endAbandoned(*table_, ticket % processCapacity); // of the process that had the record before
+    table_->processes[ticket % processCapacity].process = identity_;
+    ticket_ = ticket;
+    return error::none;
 }
 
-ErrorCode TableFile::lock()
+std::uint32_t TableFile::unusedTicket()
 {
-    if (const int number = setRecordLock(file_, F_WRLCK, tableByte, true); number != 0) {
+    TableHeader& header = table_->header;
+    for (std::uint32_t attempt = 0; attempt < processCapacity; ++attempt) {
+        if (header.lastTicket >= maximumTicket) {
+            header.ticketsCameAround = 1;
+        }
+        header.lastTicket = header.lastTicket >= minimumTicket && header.lastTicket < maximumTicket ? header.lastTicket + 1 : minimumTicket;
+        const std::uint32_t holder = table_->processes[header.lastTicket % processCapacity].process.ticket;
+        if ((holder == 0 || !isAlive(holder)) && !(header.ticketsCameAround != 0 && isInAStateWord(header.lastTicket))) {
+            return header.lastTicket;
+        }
+    }
+    return 0;
+}
+
+bool TableFile::isInAStateWord(std::uint32_t ticket) const
+{
+    for (std::uint32_t slot = 0; slot < slotCapacity; ++slot) {
+        if (table_->index[slot].load(std::memory_order_acquire) != 0 && table_->slots[slot].kind == Kind::semaphore
+            && (SemaphoreWord(table_->slots[slot].state).load() & SemaphoreWord::takerBits) == ticket) {
+            return true;
+        }
+    }
+    return false;
+}
+
+ErrorCode TableFile::lock(bool wait)
+{
+    if (const int number = setRecordLock(file_, F_WRLCK, tableByte, wait); number != 0) {
         return fromErrno(number);
     }
     struct stat status{};
-    if (fstat(file_, &status) != 0 || status.st_size != static_cast<off_t>(sizeof(Table))) {
+    if (fstat(file_, &status) != 0 || status.st_size != static_cast<off_t>(sizeof(Table)) || isRemoved()) {
         unlock();
         return error::invalidData;
     }
     return error::none;
+}
+
+ErrorCode TableFile::lockSoon()
+{
+    constexpr timespec pause{0, 500'000};
+    ErrorCode result = lock(false);
+    for (int attempt = 0; result != error::none && attempt < 1000; ++attempt) {
+        nanosleep(&pause, nullptr);
+        result = lock(false);
+    }
+    return result;
+}
+
+bool TableFile::isRemoved() const
+{
+    struct stat status{};
+    return fstat(file_, &status) != 0 || status.st_nlink == 0;
 }
 
 ErrorCode TableFile::reserveSlots(std::uint32_t count)
@@ -203,6 +243,9 @@ bool TableFile::hasOtherUsers() const
 
 void TableFile::removeFiles()
 {
+    if (isRemoved()) {
+        return; // what is there now belongs to others
+    }
     removeAllSegmentFiles(folder_.descriptor());
     unlinkat(folder_.descriptor(), tableName, 0);
     folder_.removeIfEmpty();
@@ -244,6 +287,10 @@ void TableFile::close()
 {
     if (table_ != nullptr) {
         munmap(table_, sizeof(Table));
+    }
+    if (file_ >= 0) {
+        // By hand: a child between fork and exec may have a copy of the descriptor for a moment longer.
+        unlockAll(file_);
     }
     forget();
 }

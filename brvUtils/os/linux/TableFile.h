@@ -30,8 +30,14 @@ public:
     /// Closes the descriptor alone, in a child after fork: the locks are its parent's, and the mapping stays.
     void forget();
 
-    /// The lock of the table. error::invalidData when the file was cut short meanwhile.
-    ErrorCode lock();
+    /// Gives up the locks and the mapping of a file that was removed or damaged, and touches nothing else.
+    void abandon() { close(); }
+
+    /// The lock of the table. error::invalidData when the file was cut short or removed meanwhile.
+    ErrorCode lock() { return lock(true); }
+
+    /// The same, but gives up when others hold it for a good while.
+    ErrorCode lockSoon();
     void unlock() { setRecordLock(file_, F_UNLCK, tableByte); }
 
     /// Makes sure that the memory of so many slots is reserved.
@@ -53,6 +59,10 @@ private:
     ErrorCode format();
     ErrorCode map();
     ErrorCode takeTicket();
+    std::uint32_t unusedTicket();
+    bool isInAStateWord(std::uint32_t ticket) const;
+    bool isRemoved() const;
+    ErrorCode lock(bool wait);
     bool hasOtherUsers() const;
     void removeFiles();
     void close();
@@ -61,7 +71,7 @@ private:
     int file_ = -1;
     Table* table_ = nullptr;
     std::uint32_t ticket_ = nobody;
-    ProcessRecord identity_{}; ///< Of this process, with the ticket it had last.
+    ProcessIdentity identity_{}; ///< Of this process, with the ticket it had last.
 };
 
 } // namespace brvUtils::os

@@ -13,7 +13,7 @@
 ///
 /// Nothing here tells whether an object or a process is alive. The kernel does: each process holds record locks (of its
 /// open file description) on the bytes of the slots it has open and of its own ticket, and they are gone when it dies.
-/// Everything but the state words changes only under the lock of the table.
+/// Everything but what is atomic changes only under the lock of the table.
 namespace brvUtils::os {
 
 constexpr char tableMagic[8] = {'b', 'r', 'v', 't', 'a', 'b', 'l', 'e'};
@@ -32,14 +32,21 @@ struct alignas(64) TableHeader
     std::uint32_t slotsReserved; ///< Slots whose memory is reserved; the rest must not be touched.
     std::uint32_t slotsUsed; ///< No slot in use at or behind this one.
     std::uint32_t lastTicket;
+    std::uint32_t ticketsCameAround; ///< Whether the last ticket was given out once, so that some come again.
 };
 
-struct alignas(64) ProcessRecord
+struct ProcessIdentity
 {
     std::uint32_t ticket;
     std::uint32_t processId;
     std::uint64_t startTime; ///< In clock ticks since the computer started.
-    char program[48];
+    char program[40];
+};
+
+struct alignas(64) ProcessRecord
+{
+    ProcessIdentity process;
+    std::atomic<std::uint32_t> transaction; ///< Its wait for all events, see EventTransaction.h. Goes on with the next process.
 };
 
 struct alignas(64) Slot
@@ -71,8 +78,12 @@ constexpr std::int64_t slotBytes = 0; ///< + number of the slot: shared, by each
 constexpr std::int64_t tableByte = std::int64_t{1} << 40; ///< Exclusive: the lock of the table.
 constexpr std::int64_t ticketBytes = std::int64_t{1} << 41; ///< + ticket: exclusive, by the process of that ticket.
 
-/// Tickets stand for processes in the state words. Unlike process numbers they are used again only after all others.
+/// Tickets stand for processes in the state words of semaphores. They go round, so that a ticket comes again only after
+/// all others, and then only if no state word holds it any more; a process that leaves and comes back keeps its own.
+/// The record of a process is the one numbered ticket % processCapacity.
 constexpr std::uint32_t nobody = 0xFFFF; ///< Taken from the start, by no process.
-constexpr std::uint32_t maximumTicket = 0xFFF0;
+constexpr std::uint32_t minimumTicket = processCapacity;
+constexpr std::uint32_t maximumTicket = 63 * processCapacity - 1;
+static_assert(maximumTicket < nobody);
 
 } // namespace brvUtils::os
