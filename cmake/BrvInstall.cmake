@@ -1,18 +1,16 @@
-# What an installed tree holds: the library, its companions, their headers, and the files by which other projects find
+# What an installed tree holds: the library, its stand-ins, their headers, and the files by which other projects find
 # them. The tree may be moved: nothing in it names the folder it was installed to.
 
 include(CMakePackageConfigHelpers)
 
-set(companions)
-foreach(companion IN ITEMS Utilities brv Scheduling StudioVersion)
-  # A project that brings the real one installs it itself.
-  if(TARGET ${companion})
-    list(APPEND companions ${companion})
-  endif()
-endforeach()
+# A package would have to say where they are to be found, which only the project that brings them knows.
+if(BRV_REAL_COMPANIONS)
+  message(STATUS "brvUtils is not installed: ${BRV_REAL_COMPANIONS} are this build's own, not stand-ins")
+  return()
+endif()
 
-set_target_properties(brvUtils ${companions} PROPERTIES INSTALL_RPATH "$ORIGIN")
-install(TARGETS brvUtils ${companions} EXPORT brvUtilsTargets
+set_target_properties(brvUtils ${BRV_STAND_INS} PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS brvUtils ${BRV_STAND_INS} EXPORT brvUtilsTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -23,7 +21,7 @@ endif()
 set(public_headers FILES_MATCHING PATTERN "*.h"
   PATTERN "internal" EXCLUDE PATTERN "*_test*" EXCLUDE PATTERN "*_benchmark*" EXCLUDE)
 install(DIRECTORY brvUtils DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${public_headers} PATTERN "brvUtils/os" EXCLUDE)
-foreach(companion IN LISTS companions)
+foreach(companion IN LISTS BRV_STAND_INS)
   install(DIRECTORY companions/${companion} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${public_headers})
 endforeach()
 
@@ -38,7 +36,7 @@ install(FILES "${PROJECT_BINARY_DIR}/package/brvUtilsConfig.cmake" "${PROJECT_BI
 if(NOT MSVC)
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" OUTPUT_VARIABLE package_prefix)
   set(package_libraries "-lbrvUtils")
-  foreach(companion IN LISTS companions)
+  foreach(companion IN LISTS BRV_STAND_INS)
     string(APPEND package_libraries " -l$<TARGET_PROPERTY:${companion},OUTPUT_NAME>")
   endforeach()
   configure_file(cmake/brvUtils.pc.in "${PROJECT_BINARY_DIR}/package/brvUtils.pc.in" @ONLY)
