@@ -238,7 +238,7 @@ public:
     }
     double run()
     {
-        constexpr int rounds = 100;
+        constexpr int rounds = 25;
         child_.send(std::to_string(rounds));
         const std::clock_t start = std::clock();
         for (int i = 0; i < rounds; ++i) {
@@ -289,7 +289,7 @@ BenchmarkRow pingPong()
 
 BenchmarkRow processorTimeOfAWait()
 {
-    const std::vector<double> times = inTurns(9, LongWait<OurSemaphore>("releaseOurs"), LongWait<BoostSemaphore>("releaseBoost"), LongWait<WordSemaphore<true>>("releaseFutex"));
+    const std::vector<double> times = inTurns(36, LongWait<OurSemaphore>("releaseOurs"), LongWait<BoostSemaphore>("releaseBoost"), LongWait<WordSemaphore<true>>("releaseFutex"));
     return {"processor time of a wait of 5 ms", "us", times[0] / 1000, {{"boost", times[1] / 1000}, {"bare futex", times[2] / 1000}}};
 }
 

@@ -45,7 +45,7 @@ public:
             pause_.store(static_cast<std::uint16_t>(pause - 1), std::memory_order_relaxed);
             return false;
         }
-        const bool answered = hasSeveralProcessors() && look(attempt);
+        const bool answered = look(attempt);
         const int failures = answered ? 0 : std::min(failures_.load(std::memory_order_relaxed) + 1, mostFailures);
         failures_.store(static_cast<std::uint8_t>(failures), std::memory_order_relaxed);
         pause_.store(static_cast<std::uint16_t>((1 << failures) - 1), std::memory_order_relaxed);
@@ -60,29 +60,21 @@ private:
     template <typename Attempt>
     bool look(Attempt attempt)
     {
+        constexpr int attempts = 6;
         int pauses = 1;
         do {
-            for (int round = 0; round < 16; ++round) {
+            // Growing breaks leave the cache line to whoever is working with it.
+            for (int i = 0; i < attempts; ++i, pauses = std::min(pauses * 2, 8)) {
                 if (attempt()) {
                     return true;
                 }
-                for (int i = 0; i < pauses; ++i) {
+                for (int pause = 0; pause < pauses; ++pause) {
                     pauseProcessor();
                 }
-                // Growing breaks leave the cache line to whoever is working with it.
-                pauses = std::min(pauses * 2, 8);
             }
+            sched_yield(); // to whoever is to answer, should it wait for this very processor
         } while (monotonicNanoseconds() - start_ < longestLook);
         return false;
-    }
-
-    static bool hasSeveralProcessors()
-    {
-        static const bool several = [] {
-            cpu_set_t allowed;
-            return sched_getaffinity(0, sizeof allowed, &allowed) != 0 || CPU_COUNT(&allowed) > 1;
-        }();
-        return several;
     }
 
     std::atomic<std::uint8_t>& failures_;
