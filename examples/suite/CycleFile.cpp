@@ -15,6 +15,8 @@ namespace {
 
 constexpr double kilometresPerHour = 1.0 / 3.6;
 
+constexpr double timeRounding = 1e-6; // s, of sums of decimal fractions
+
 // How far the published, rounded figures may be from what the speeds give.
 constexpr double accelerationRounding = 0.02; // m/s2
 constexpr double distanceRounding = 0.01; // of the distance
@@ -35,7 +37,7 @@ Operation readOperation(LabelReader& reader, std::size_t number, double startSpe
     if (reader.number("Number") != static_cast<double>(number)) {
         reader.fail("operation " + std::to_string(number) + " expected");
     }
-    reader.number("Phase");
+    reader.whole("Phase", 1, 1000);
     Operation operation;
     operation.kind = reader.word("Kind");
     std::optional<double> acceleration;
@@ -55,10 +57,10 @@ Operation readOperation(LabelReader& reader, std::size_t number, double startSpe
         && std::abs((operation.to - operation.from) / operation.duration - *acceleration) > accelerationRounding) {
         reader.fail("the acceleration is not what speeds and duration give");
     }
-    if (reader.number("Until") != startTime + operation.duration) {
+    if (std::abs(reader.number("Until") - (startTime + operation.duration)) > timeRounding) {
         reader.fail("the durations so far do not add up to this time");
     }
-    operation.gear = static_cast<int>(reader.number("Gear"));
+    operation.gear = reader.whole("Gear", 0, 20);
     reader.expect("}");
     return operation;
 }
@@ -97,7 +99,7 @@ DrivingCycle readCycle(std::istream& stream, const std::string& fileName)
         time += operations.back().duration;
     }
     reader.expect("}");
-    if (operations.empty() || time != duration) {
+    if (operations.empty() || std::abs(time - duration) > timeRounding) {
         reader.fail("the operations do not last as long as the cycle");
     }
     if (operations.back().to != 0.0) {

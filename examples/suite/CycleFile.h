@@ -17,7 +17,7 @@ namespace suite {
 ///        there.
 DrivingCycle loadCycle(const std::filesystem::path& place);
 
-/// The same from a stream. \param name what messages call the file.
-DrivingCycle readCycle(std::istream& stream, const std::string& name);
+/// The same from a stream. \param fileName what messages call the file.
+DrivingCycle readCycle(std::istream& stream, const std::string& fileName);
 
 } // namespace suite

@@ -52,6 +52,17 @@ TEST(CycleFile, isReadFromFolderOrFile)
     EXPECT_EQ(loadCycle(dataFolder() / "ece15.txt").duration(), 195.0);
 }
 
+TEST(CycleFile, durationsMayBeDecimalFractions)
+{
+    std::string text = "Cycle { Name tenths Duration 0.7 Distance 0 Operations {";
+    for (int number = 1; number <= 7; ++number) {
+        text += " Operation { Number " + std::to_string(number) + " Phase 1 Kind idling From 0 To 0 Duration 0.1 Until 0."
+            + std::to_string(number) + " Gear 0 }";
+    }
+    std::istringstream stream(text + " } }");
+    EXPECT_NEAR(readCycle(stream, "cycle").duration(), 0.7, 1e-9);
+}
+
 TEST(CycleFile, missingFileIsNamed)
 {
     try {
@@ -70,6 +81,8 @@ TEST(CycleFile, damageIsNamedWithItsLine)
     EXPECT_EQ(faultAfter("Duration  4", "Duration 4s"), "cycle, line 14: \"Duration\" needs a number, not \"4s\"");
     EXPECT_EQ(faultAfter("Duration  4", "Duration -4"), "cycle, line 14: the duration must be positive");
     EXPECT_EQ(faultAfter("Until  15", "Until  16"), "cycle, line 14: the durations so far do not add up to this time");
+    EXPECT_EQ(faultAfter("Gear 1", "Gear 1e9"), "cycle, line 14: \"Gear\" needs a whole number from 0 to 20");
+    EXPECT_EQ(faultAfter("Phase  2", "Phase  2.5"), "cycle, line 14: \"Phase\" needs a whole number from 1 to 1000");
     EXPECT_EQ(faultAfter("0.94", "0.49"), "cycle, line 21: the acceleration is not what speeds and duration give");
     EXPECT_EQ(faultAfter("From 32", "From 23"), "cycle, line 22: the speed jumps between two operations");
     EXPECT_EQ(faultAfter("To 32", "To -2"), "cycle, line 21: a speed is negative");

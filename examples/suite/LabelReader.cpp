@@ -62,6 +62,15 @@ double LabelReader::number(const std::string& label)
     return value(label);
 }
 
+int LabelReader::whole(const std::string& label, int least, int most)
+{
+    const double value = number(label);
+    if (value < least || value > most || value != std::floor(value)) {
+        fail("\"" + label + "\" needs a whole number from " + std::to_string(least) + " to " + std::to_string(most));
+    }
+    return static_cast<int>(value);
+}
+
 double LabelReader::value(const std::string& label)
 {
     const std::string word = nextWord(label);

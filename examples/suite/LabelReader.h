@@ -28,6 +28,9 @@ public:
     /// Reads a label and the number behind it, in the notation of C. Fails when either is missing.
     double number(const std::string& label);
 
+    /// Reads a label and the whole number behind it. Fails when either is missing or the number not from least to most.
+    int whole(const std::string& label, int least, int most);
+
     /// The number behind a label that was read already.
     double value(const std::string& label);
 
