@@ -4,6 +4,8 @@
 
 #include <csignal>
 #include <iostream>
+#include <sstream>
+#include <string>
 
 /// \file
 /// What the modules of this suite have in common.
@@ -29,19 +31,44 @@ private:
     static inline volatile std::sig_atomic_t received_ = 0;
 };
 
-/// Reads the command line of a module that takes flags only. False when the module cannot go on; the error stream then
-/// tells why, or how to use it.
-inline bool readCommandLine(brvUtils::ArgParser& arguments)
+/// Writes the lines of a text to the error stream, each behind the module's name, as all lines of a module.
+inline void complain(const std::string& module, const std::string& text)
 {
-    if (!arguments.parse()) {
-        arguments.printErrorMessage(std::cerr);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty()) {
+            std::cerr << module << ": " << line << '\n';
+        }
+    }
+}
+
+/// Reads the command line of a module that takes flags only. False when the module cannot go on; the error stream then
+/// tells why, or how to use it. \param module set to the name that the command line gives the module.
+inline bool readCommandLine(brvUtils::ArgParser& arguments, std::string& module)
+{
+    const bool good = arguments.parse();
+    module = arguments.getProcessName();
+    if (!good) {
+        complain(module, arguments.getErrorMessage());
         return false;
     }
     if (!arguments.getRemainingArgs().empty()) {
-        std::cerr << "'" << arguments.getRemainingArgs().front() << "' is no flag\n";
+        complain(module, "'" + arguments.getRemainingArgs().front() + "' is no flag");
         return false;
     }
     return true;
+}
+
+/// Whether the value of a flag lies within its limits; if not, the error stream tells them.
+inline bool withinLimits(const std::string& module, const char* flag, float value, float least, float most)
+{
+    if (value >= least && value <= most) {
+        return true;
+    }
+    std::ostringstream text;
+    text << '-' << flag << " is " << least << " to " << most << ", not " << value;
+    complain(module, text.str());
+    return false;
 }
 
 } // namespace suite

@@ -1,4 +1,5 @@
 // The two programs as a user runs them.
+#include "VehicleShm.h"
 #include "testing/Child.h"
 #include "testing/ThisProgram.h"
 #include "testing/UniqueName.h"
@@ -12,6 +13,7 @@ using brvTesting::Arguments;
 using brvUtils::os::ChildExit;
 using brvUtils::os::ChildProcess;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace {
 
@@ -62,8 +64,9 @@ struct Line
 Line parse(const std::string& text)
 {
     Line line;
+    std::string module;
     std::istringstream stream(text);
-    stream >> line.wall >> line.time >> line.speed >> line.target >> line.distance >> line.frame >> line.age;
+    stream >> module >> line.wall >> line.time >> line.speed >> line.target >> line.distance >> line.frame >> line.age;
     EXPECT_FALSE(stream.fail()) << text;
     return line;
 }
@@ -72,27 +75,26 @@ Line parse(const std::string& text)
 
 TEST_F(Modules, displayShowsWhatTheVehicleDoesAndEndsWithIt)
 {
-    ChildProcess display = start("display", {"-p", "screen"});
-    lineWith(display, "screen: waiting at most 10 s for the vehicle");
+    ChildProcess display = start("display", {"-p", "screen", "-wait", "30", "-silence", "30"});
+    lineWith(display, "screen: waiting at most 30 s for the vehicle");
     ChildProcess vehicle = start("vehicle", {"-seconds", "2.5"});
     lineWith(display, "screen: the vehicle drives ECE-15 (195 s) at 20 x real time");
-    lineWith(display, "km/h");
+    EXPECT_THAT(lineWith(display, "distance"), StartsWith("screen: "));
 
-    // A busy computer may leave the display time for one line only.
+    // A busy computer may leave the display no time for a line before the vehicle has ended.
     std::string text = display.readLine(deadline).value_or("");
     Line before;
-    do {
+    while (!text.empty() && text.find("has ended") == std::string::npos) {
         const Line line = parse(text);
-        EXPECT_GE(line.wall, before.wall + 0.9);
-        EXPECT_GT(line.frame, before.frame);
-        EXPECT_GT(line.distance, before.distance);
+        EXPECT_GT(line.wall, before.wall);
+        EXPECT_GE(line.frame, before.frame);
+        EXPECT_GE(line.distance, before.distance);
         EXPECT_NEAR(line.time, line.frame * 0.005, 0.051); // as rounded in the line
         EXPECT_NEAR(line.speed, line.target, 2.0);
         EXPECT_GE(line.age, 0.0);
         before = line;
         text = display.readLine(deadline).value_or("");
-    } while (!text.empty() && text.find("screen") == std::string::npos);
-
+    }
     EXPECT_THAT(text, HasSubstr("screen: the vehicle has ended after 50.0 s and 53.4 m"));
     EXPECT_THAT(lineWith(vehicle, "vehicle: ended"), HasSubstr("10000 frames, 50.0 s simulated"));
     EXPECT_EQ(vehicle.wait(deadline), success) << vehicle.errorOutput();
@@ -118,6 +120,48 @@ TEST_F(Modules, displayNoticesThatTheVehicleWasKilled)
     EXPECT_EQ(display.wait(deadline), failure);
 }
 
+BRV_CHILD(holder)
+{
+    struct Segment : brvUtils::CompositeShm
+    {
+        suite::ValuePart<suite::VehicleState, 1> state;
+        suite::ValuePart<suite::VehicleRun, 2> run;
+
+        Segment()
+            : CompositeShm(brvUtils::ShmWin32::New, brvUtils::SemaphoreWin32::New, "Vehicle", sizeof state.value + sizeof run.value, 1, 0)
+        {
+        }
+        bool hold() { return addPart(state) && addPart(run) && getAccess(state, 1.0) && getAccess(run, 1.0); }
+    };
+    Segment segment;
+    brvTesting::childSay(segment.hold() ? "holding" : "failed");
+    brvTesting::childHear();
+    return 0;
+}
+
+TEST_F(Modules, vehicleStartsAfterAModuleDiedWhileItHeldTheParts)
+{
+    ChildProcess display = start("display", {"-wait", "30"}); // keeps the segment
+    lineWith(display, "display: waiting");
+    brvTesting::Child holder("holder", {}, {{"STUDIO_INSTANCE", instance_}});
+    holder.awaitLine("holding");
+    holder.kill();
+    ChildProcess vehicle = start("vehicle", {"-seconds", "0.1"});
+    const ChildExit exit = vehicle.wait(deadline);
+    if (vehicle.errorOutput().find("was held by process") == std::string::npos) {
+        GTEST_SKIP() << "this system does not tell who took a semaphore";
+    }
+    EXPECT_EQ(exit, success) << vehicle.errorOutput();
+    lineWith(display, "display: the vehicle has ended after 2.0 s");
+}
+
+TEST_F(Modules, vehicleEndsInTimeHoweverSlowTheComputer)
+{
+    ChildProcess vehicle = start("vehicle", {"-speed", "1000", "-seconds", "1"});
+    lineWith(vehicle, "vehicle: ended");
+    EXPECT_EQ(vehicle.wait(deadline), success) << vehicle.errorOutput();
+}
+
 TEST_F(Modules, displayGivesUpWithoutVehicle)
 {
     ChildProcess display = start("display", {"-wait", "0.1"});
@@ -133,12 +177,14 @@ TEST_F(Modules, mistakesOnTheCommandLineAreExplained)
         Arguments arguments;
         const char* text;
     } mistakes[] = {
-        {"vehicle", {"-speed", "fast"}, "Flag '-speed' requires a float argument"},
-        {"vehicle", {"-speed", "0"}, "-speed is 0.1 to 1000"},
-        {"vehicle", {"-seconds", "-1"}, "-seconds is 0 or more"},
-        {"vehicle", {"-data", "no/such/place"}, "the driving cycle no/such/place cannot be opened"},
+        {"vehicle", {"-speed", "fast"}, "vehicle: Flag '-speed' requires a float argument"},
+        {"vehicle", {"-speed", "0"}, "vehicle: -speed is 0.1 to 1000, not 0"},
+        {"vehicle", {"-p", "car", "-seconds", "-1"}, "car: -seconds is 0 to 100000, not -1"},
+        {"vehicle", {"-p", "car", "-data", "no/such/place"}, "car: the driving cycle no/such/place cannot be opened"},
         {"vehicle", {"-loud"}, "loud"},
-        {"display", {"twice"}, "'twice' is no flag"},
+        {"display", {"twice"}, "display: 'twice' is no flag"},
+        {"display", {"-wait", "-1"}, "display: -wait is 0 to 100000, not -1"},
+        {"display", {"-silence", "0"}, "display: -silence is 0.1 to 100000, not 0"},
         {"display", {"-h"}, "Seconds to wait"},
     };
     for (const auto& mistake : mistakes) {

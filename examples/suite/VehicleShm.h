@@ -28,8 +28,8 @@ public:
     Value value{};
 };
 
-/// What the vehicle shares with the other modules. Whoever comes first makes it; the vehicle alone writes. One thread at
-/// a time per object.
+/// What the vehicle shares with the other modules. Whoever comes first makes it; the vehicle alone writes. There is one
+/// vehicle per instance of the suite. One thread at a time per object.
 class VehicleShm : public brvUtils::CompositeShm
 {
 public:
@@ -45,11 +45,12 @@ public:
         }
     }
 
-    /// Vehicle: announces that it runs. False when that was not possible in time.
+    /// Vehicle: announces that it runs. False when that was not possible in time. Tries twice: the first time fails when
+    /// the last to hold a part died while it did.
     bool start(const VehicleRun& run, const VehicleState& first)
     {
         run_.value = run;
-        return put(run_, patience) && putState(first) && ended_.reset() && started_.set();
+        return (put(run_, patience) || put(run_, patience)) && (putState(first) || putState(first)) && ended_.reset() && started_.set();
     }
 
     /// Vehicle: announces that it ends.
@@ -77,9 +78,10 @@ public:
         state = state_.value;
         return done;
     }
+    /// The same, once; tries twice as start does.
     bool getRun(VehicleRun& run)
     {
-        const bool done = get(run_, patience);
+        const bool done = get(run_, patience) || get(run_, patience);
         run = run_.value;
         return done;
     }

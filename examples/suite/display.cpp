@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <string>
 
 namespace {
 
@@ -17,8 +18,8 @@ struct Options
     float silence = 3.0f;
 };
 
-const char* const flags = "wait:float:10:Seconds to wait for the vehicle;"
-                          "silence:float:3:Seconds without news after which the vehicle counts as lost;";
+const char* const flags = "wait:float:10:Seconds to wait for the vehicle, 0 to 100000;"
+                          "silence:float:3:Seconds without news after which the vehicle counts as lost, 0.1 to 100000;";
 
 constexpr double toKilometresPerHour = 3.6;
 constexpr double toMilliseconds = 1e-6; // from the clock's nanoseconds
@@ -29,16 +30,12 @@ double secondsSince(std::int64_t moment)
     return static_cast<double>(clockNow() - moment) * toSeconds;
 }
 
-/// Prints a line for the state that the vehicle shows. \return seconds since the vehicle wrote it.
-double printState(VehicleShm& shm, double wallSeconds)
+void printState(const char* me, double wallSeconds, const VehicleState& state)
 {
-    VehicleState state;
-    shm.getState(state);
     const auto age = clockNow() - state.stamp;
-    std::printf("%8.1f %8.1f %7.1f %7.1f %11.1f %9lld %8.2f\n", wallSeconds, state.time, state.speed * toKilometresPerHour,
+    std::printf("%s: %8.1f %8.1f %7.1f %11.1f %11.1f %9lld %8.2f\n", me, wallSeconds, state.time, state.speed * toKilometresPerHour,
         state.target * toKilometresPerHour, state.distance, static_cast<long long>(state.frame), static_cast<double>(age) * toMilliseconds);
     std::fflush(stdout);
-    return static_cast<double>(age) * toSeconds;
 }
 
 /// Waits in short pieces, since a stop does not interrupt a wait.
@@ -63,9 +60,10 @@ bool waitForVehicle(VehicleShm& shm, const Options& options, const char* me)
 
 enum class Ending { vehicleEnded, vehicleSilent, stopped };
 
-Ending watch(VehicleShm& shm, const Options& options)
+Ending watch(VehicleShm& shm, const Options& options, const char* me)
 {
     const std::int64_t start = clockNow();
+    VehicleState state;
     for (int nextLine = 1; !StopRequest::received();) {
         const double left = nextLine - secondsSince(start);
         if (shm.waitForEnd(std::clamp(left, 0.0, shortly))) {
@@ -75,7 +73,12 @@ Ending watch(VehicleShm& shm, const Options& options)
         if (wallSeconds < nextLine) {
             continue;
         }
-        if (printState(shm, wallSeconds) > options.silence) {
+        // Without luck this time the line shows what was seen before, if anything was.
+        shm.getState(state);
+        if (state.stamp != 0) {
+            printState(me, wallSeconds, state);
+        }
+        if (secondsSince(state.stamp != 0 ? state.stamp : start) > options.silence) {
             return Ending::vehicleSilent;
         }
         nextLine = static_cast<int>(wallSeconds) + 1;
@@ -83,26 +86,31 @@ Ending watch(VehicleShm& shm, const Options& options)
     return Ending::stopped;
 }
 
-int display(const brvUtils::ArgParser& arguments, const Options& options)
+int display(const char* me, const Options& options)
 {
-    const char* me = arguments.getProcessName().c_str();
     VehicleShm shm;
     if (!waitForVehicle(shm, options, me)) {
         std::printf("%s: %s\n", me, StopRequest::received() ? "stopped" : "no vehicle came");
         return StopRequest::received() ? 0 : 1;
     }
     VehicleRun run;
-    shm.getRun(run);
+    if (!shm.getRun(run)) {
+        std::fprintf(stderr, "%s: the shared memory is held by somebody else\n", me);
+        return 1;
+    }
     std::printf("%s: the vehicle drives %s (%.0f s) at %g x real time\n", me, run.cycleName, run.cycleDuration, run.speedFactor);
-    std::printf("%8s %8s %7s %7s %11s %9s %8s\n", "wall s", "sim s", "km/h", "target", "distance m", "frame", "age ms");
+    std::printf("%s: %8s %8s %7s %11s %11s %9s %8s\n", me, "wall s", "sim s", "km/h", "target km/h", "distance m", "frame", "age ms");
     std::fflush(stdout);
 
-    const Ending ending = watch(shm, options);
+    const Ending ending = watch(shm, options, me);
     switch (ending) {
     case Ending::vehicleEnded: {
         VehicleState last;
-        shm.getState(last);
-        std::printf("%s: the vehicle has ended after %.1f s and %.1f m\n", me, last.time, last.distance);
+        if (shm.getState(last) || shm.getState(last)) { // the first fails when another module died while it looked
+            std::printf("%s: the vehicle has ended after %.1f s and %.1f m\n", me, last.time, last.distance);
+        } else {
+            std::printf("%s: the vehicle has ended\n", me);
+        }
         break;
     }
     case Ending::vehicleSilent:
@@ -118,14 +126,19 @@ int display(const brvUtils::ArgParser& arguments, const Options& options)
 int main(int argc, char** argv)
 {
     StopRequest::listen();
+    std::string me = "display";
     try {
         Options options;
-        brvUtils::ArgParser arguments(argc, argv, "display", flags);
+        brvUtils::ArgParser arguments(argc, argv, me, flags);
         arguments.addFloatHandler("wait", options.wait);
         arguments.addFloatHandler("silence", options.silence);
-        return readCommandLine(arguments) ? display(arguments, options) : 1;
+        if (!readCommandLine(arguments, me) || !withinLimits(me, "wait", options.wait, 0.0f, 100000.0f)
+            || !withinLimits(me, "silence", options.silence, 0.1f, 100000.0f)) {
+            return 1;
+        }
+        return display(me.c_str(), options);
     } catch (const std::exception& fault) {
-        std::fprintf(stderr, "display: %s\n", fault.what());
+        complain(me, fault.what());
         return 1;
     }
 }

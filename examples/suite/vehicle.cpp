@@ -26,11 +26,12 @@ struct Options
     std::string data;
 };
 
-const char* const flags = "seconds:float:10:How long to drive, seconds of wall time, 0 until stopped;"
+const char* const flags = "seconds:float:10:How long to drive, in seconds of wall time up to 100000, 0 until stopped;"
                           "speed:float:20:How many times faster than real time, 0.1 to 1000;"
                           "data:file::Driving cycle, or the folder that holds ece15.txt, by default the folder data beside the program;";
 
 constexpr double toKilometresPerHour = 3.6;
+constexpr double tolerance = 0.1; // seconds of wall time that a vehicle may be late at its end
 
 std::filesystem::path cyclePlace(const Options& options)
 {
@@ -50,27 +51,27 @@ VehicleRun describe(const DrivingCycle& cycle, const Options& options)
 class Drive
 {
 public:
-    Drive(VehicleSimulation& simulation, VehicleShm& shm, bool verbose)
+    /// \param teller name of the module, before a line for each operation of the cycle; null for none.
+    Drive(VehicleSimulation& simulation, VehicleShm& shm, const char* teller)
         : simulation_(simulation)
         , shm_(shm)
-        , verbose_(verbose)
+        , teller_(teller)
     {
     }
 
-    /// Until that many frames are done or a stop is asked for. False when the shared memory could not be had any more.
+    /// Until that many frames are done, their time is over or a stop is asked for. False when the shared memory could not
+    /// be had any more.
     bool run(double framesPerSecond, std::int64_t frames)
     {
-        using Clock = std::chrono::steady_clock;
         const FramePacer pacer(framesPerSecond);
         const Clock::time_point start = Clock::now();
         while (!StopRequest::received()) {
             const auto elapsed = Clock::now() - start;
             const std::int64_t due = std::min(pacer.framesDue(elapsed), frames);
-            while (simulation_.state().frame < due) {
-                if (!doFrame()) {
-                    return false;
-                }
+            if (!catchUp(due)) {
+                return false;
             }
+            behind_ = due - simulation_.state().frame;
             if (due == frames) {
                 break;
             }
@@ -79,15 +80,32 @@ public:
         return true;
     }
 
+    /// Frames that were due at the end and not done.
+    std::int64_t behind() const { return behind_; }
+
     /// Frames that were simulated but not shown.
     int lost() const { return lost_; }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    /// Does the frames that are due, for a second at most: on a computer that is too slow for them there is no end to it.
+    bool catchUp(std::int64_t due)
+    {
+        const Clock::time_point limit = Clock::now() + std::chrono::seconds(1);
+        while (simulation_.state().frame < due && Clock::now() < limit && !StopRequest::received()) {
+            if (!doFrame()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
     bool doFrame()
     {
         const Operation* before = &simulation_.operation();
         simulation_.step();
-        if (verbose_ && &simulation_.operation() != before) {
+        if (teller_ != nullptr && &simulation_.operation() != before) {
             tellOperation();
         }
         VehicleState state = simulation_.state();
@@ -102,21 +120,21 @@ private:
     void tellOperation() const
     {
         const Operation& operation = simulation_.operation();
-        std::printf("  %7.1f s  %-12s  to %2.0f km/h, gear %d\n", simulation_.state().time, operation.kind.c_str(),
+        std::printf("%s: %7.1f s  %-12s  to %2.0f km/h, gear %d\n", teller_, simulation_.state().time, operation.kind.c_str(),
             operation.to * toKilometresPerHour, operation.gear);
         std::fflush(stdout);
     }
 
     VehicleSimulation& simulation_;
     VehicleShm& shm_;
-    bool verbose_;
+    const char* teller_;
+    std::int64_t behind_ = 0;
     int failures_ = 0; ///< In a row.
     int lost_ = 0;
 };
 
-int drive(const brvUtils::ArgParser& arguments, const Options& options)
+int drive(const char* me, const Options& options, bool verbose)
 {
-    const char* me = arguments.getProcessName().c_str();
     VehicleSimulation simulation(loadCycle(cyclePlace(options)));
     const DrivingCycle& cycle = simulation.cycle();
     VehicleShm shm;
@@ -133,14 +151,20 @@ int drive(const brvUtils::ArgParser& arguments, const Options& options)
 
     const double rate = options.speed / VehicleSimulation::frameLength;
     const std::int64_t frames = options.seconds > 0 ? std::llround(options.seconds * rate) : std::numeric_limits<std::int64_t>::max();
-    Drive run(simulation, shm, arguments.getVerbose());
+    Drive run(simulation, shm, verbose ? me : nullptr);
     const bool good = run.run(rate, frames);
+    const char* const ending = StopRequest::received() ? "stopped" : "ended";
     shm.end();
 
     const VehicleState& state = simulation.state();
-    std::printf("%s: %s: %lld frames, %.1f s simulated, %.1f m, at most %.2f km/h off the cycle, %d frames not shown\n", me,
-        StopRequest::received() ? "stopped" : "ended", static_cast<long long>(state.frame), state.time, state.distance,
+    std::printf("%s: %s: %lld frames, %.1f s simulated, %.1f m, at most %.2f km/h off the cycle, %d frames not shown", me,
+        ending, static_cast<long long>(state.frame), state.time, state.distance,
         simulation.largestDeviation() * toKilometresPerHour, run.lost());
+    const double behind = static_cast<double>(run.behind());
+    if (behind >= tolerance * rate) {
+        std::printf(", %.1f s behind since this computer is too slow", behind * VehicleSimulation::frameLength);
+    }
+    std::printf("\n");
     if (!good) {
         std::fprintf(stderr, "%s: the shared memory is held by somebody else\n", me);
     }
@@ -152,22 +176,20 @@ int drive(const brvUtils::ArgParser& arguments, const Options& options)
 int main(int argc, char** argv)
 {
     StopRequest::listen();
+    std::string me = "vehicle";
     try {
         Options options;
-        brvUtils::ArgParser arguments(argc, argv, "vehicle", flags);
+        brvUtils::ArgParser arguments(argc, argv, me, flags);
         arguments.addFloatHandler("seconds", options.seconds);
         arguments.addFloatHandler("speed", options.speed);
         arguments.addFileHandler("data", options.data);
-        if (!readCommandLine(arguments)) {
+        if (!readCommandLine(arguments, me) || !withinLimits(me, "seconds", options.seconds, 0.0f, 100000.0f)
+            || !withinLimits(me, "speed", options.speed, 0.1f, 1000.0f)) {
             return 1;
         }
-        if (!(options.seconds >= 0.0f && options.seconds < 1e6f) || !(options.speed >= 0.1f && options.speed <= 1000.0f)) {
-            std::fprintf(stderr, "-seconds is 0 or more, -speed is 0.1 to 1000\n");
-            return 1;
-        }
-        return drive(arguments, options);
+        return drive(me.c_str(), options, arguments.getVerbose());
     } catch (const std::exception& fault) {
-        std::fprintf(stderr, "vehicle: %s\n", fault.what());
+        complain(me, fault.what());
         return 1;
     }
 }
