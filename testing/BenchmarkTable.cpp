@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
+#include <cstdlib>
 #include <iostream>
 
 namespace brvTesting {
@@ -84,10 +84,17 @@ std::optional<double> BenchmarkRow::peer() const
 
 BenchmarkTable::BenchmarkTable(int argc, char** argv)
 {
-    for (int i = 1; i < argc; ++i) {
-        if (std::string(argv[i]) == "--json") {
-            jsonFile_ = i + 1 < argc ? argv[i + 1] : "";
-        }
+    if (argc <= 1) {
+        return;
+    }
+    if (argc != 3 || std::string(argv[1]) != "--json") {
+        std::cerr << "the only option is --json FILE\n";
+        std::exit(2);
+    }
+    json_.open(argv[2], std::ios::binary);
+    if (!json_) {
+        std::cerr << "cannot write \"" << argv[2] << "\"\n";
+        std::exit(2);
     }
 }
 
@@ -129,18 +136,16 @@ void BenchmarkTable::writeJson(std::ostream& stream) const
     stream << "]\n";
 }
 
-int BenchmarkTable::finish() const
+int BenchmarkTable::finish()
 {
     print(std::cout);
     std::cout.flush();
-    if (!jsonFile_) {
-        return 0;
+    if (json_.is_open()) {
+        writeJson(json_);
+        json_.close();
     }
-    std::ofstream stream(*jsonFile_, std::ios::binary);
-    writeJson(stream);
-    stream.close();
-    if (!stream) {
-        std::cerr << "cannot write \"" << *jsonFile_ << "\"\n";
+    if (!json_ || !std::cout) {
+        std::cerr << "could not write all results\n";
         return 1;
     }
     return 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <iosfwd>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,7 +33,8 @@ struct BenchmarkRow
 class BenchmarkTable
 {
 public:
-    /// Looks for `--json FILE` and leaves the other arguments to others.
+    /// Knows `--json FILE`. Ends the process with code 2, and a line on the error stream, when the arguments are anything
+    /// else or the file cannot be written: before there is a measurement to lose.
     BenchmarkTable(int argc, char** argv);
 
     /// Adds a row below those before.
@@ -44,13 +45,12 @@ public:
     /// `[{"row": "...", "unit": "ns", "ours": 1.5, "peer": 2, "limit": null}]`
     void writeJson(std::ostream& stream) const;
 
-    /// Prints to the standard output and writes the file. Gives the exit code for `main`: 1 when the file could not be
-    /// written or `--json` has none.
-    int finish() const;
+    /// Prints to the standard output and writes the file. Gives the exit code for `main`: 1 when that was not possible.
+    int finish();
 
 private:
     std::vector<BenchmarkRow> rows_;
-    std::optional<std::string> jsonFile_;
+    std::ofstream json_; ///< Closed when none was asked for.
 };
 
 } // namespace brvTesting

@@ -1,5 +1,6 @@
 #include "testing/BenchmarkTable.h"
 #include "testing/CapturedOutput.h"
+#include "testing/Child.h"
 #include "testing/Interleaved.h"
 #include "testing/TemporaryFolder.h"
 
@@ -35,7 +36,7 @@ TEST(BenchmarkTable, AlignsRatiosToTheBestPeerAndTheLimit)
 TEST(BenchmarkTable, WritesTheFileItIsToldTo)
 {
     const TemporaryFolder folder;
-    std::string program = "bench", flag = "--json", file = folder.file("rows.json"), nowhere = folder.file("none/rows.json");
+    std::string program = "bench", flag = "--json", file = folder.file("rows.json");
     char* arguments[] = {program.data(), flag.data(), file.data()};
     CapturedOutput captured;
     BenchmarkTable table(3, arguments);
@@ -44,9 +45,31 @@ TEST(BenchmarkTable, WritesTheFileItIsToldTo)
     EXPECT_EQ(folder.read("rows.json"), "[{\"row\": \"put, 64 B\", \"unit\": \"ns\", \"ours\": 15, \"peer\": 20, \"limit\": 7.5},\n"
                                         " {\"row\": \"\\\"attach\\\"\", \"unit\": \"ms\", \"ours\": 2.5, \"peer\": null, \"limit\": null},\n"
                                         " {\"row\": \"wait\", \"unit\": \"µs\", \"ours\": 1234, \"peer\": 2468, \"limit\": null}]\n");
-    EXPECT_EQ(BenchmarkTable(2, arguments).finish(), 1);
-    arguments[2] = nowhere.data();
-    EXPECT_EQ(BenchmarkTable(3, arguments).finish(), 1);
+}
+
+BRV_CHILD(benchmark)
+{
+    Arguments words = arguments;
+    words.insert(words.begin(), "bench");
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(word.data());
+    }
+    BenchmarkTable(static_cast<int>(argv.size()), argv.data());
+    childSay("measuring");
+    return 0;
+}
+
+TEST(BenchmarkTable, RefusesWhatItCannotDoBeforeItMeasures)
+{
+    const TemporaryFolder folder;
+    for (const Arguments& arguments : {Arguments{"--jason", "x"}, Arguments{"--json"}, Arguments{"--json", folder.file("none/rows.json")},
+             Arguments{"--json", folder.file("rows.json"), "put"}}) {
+        Child child("benchmark", arguments);
+        child.expectExit(2);
+        EXPECT_EQ(child.readLine(), "");
+        EXPECT_NE(child.err(), "");
+    }
 }
 
 TEST(Interleaved, TakesTurnsAndGivesMediansPerIteration)
