@@ -58,20 +58,21 @@ private:
 
 } // namespace
 
-template <void (CompositeShm::*copy)(ShmAble&, int, void*)>
-bool CompositeShm::exchange(ShmAble& part, double timeout, Attempts attempts)
+// A lock cannot be taken before all stores made until then have reached the cache, those to the stack included: this is
+// kept in one frame, and short.
+template <void (CompositeShm::*copy)(ShmAble&, const PartPlace&), CompositeShm::Attempts attempts>
+bool CompositeShm::exchange(ShmAble& part, double timeout)
 {
     const int id = part.getId();
-    const int index = getIndex(id);
-    if (index == PartTable::none) {
+    PartPlace* const place = parts_->find(id);
+    if (place == nullptr) {
+        return printUnknown(id);
+    }
+    if (!place->lock.tryTake() && !lock(*place, timeout, attempts)) {
         return false;
     }
-    void* const place = address(index);
-    if (!lock(index, id, timeout, attempts)) {
-        return false;
-    }
-    const Unlock unlock(parts_->lock(index));
-    (this->*copy)(part, index, place);
+    const Unlock unlock(place->lock);
+    (this->*copy)(part, *place);
     return true;
 }
 
@@ -89,6 +90,7 @@ CompositeShm::CompositeShm(ShmFactory shmFactory, SemaphoreFactory semaphoreFact
     if (shm_ == nullptr || shm_->getPtr() == nullptr) {
         throw ConfigurationError("Shared memory \"" + composite + "\" of " + std::to_string(size) + " bytes cannot be created.\n");
     }
+    begin_ = static_cast<char*>(shm_->getPtr());
     if (!addPart(version_)) {
         std::printf("ERROR: Unable to add shmversion for %s.\n", typeName(typeid(CompositeShm*)).c_str());
     }
@@ -101,12 +103,12 @@ CompositeShm::~CompositeShm() = default;
 void CompositeShm::settleVersion(char const* name, short expected)
 {
     if (shm_->isCreated()) {
-        if (!exchange<&CompositeShm::write>(version_, -1.0, Attempts::untilHad)) {
+        if (!exchange<&CompositeShm::write, Attempts::untilHad>(version_, -1.0)) {
             std::printf("ERROR: Unable to write version of the Shm %s.\n", name);
         }
         return;
     }
-    if (!exchange<&CompositeShm::read>(version_, -1.0, Attempts::untilHad)) {
+    if (!exchange<&CompositeShm::read, Attempts::untilHad>(version_, -1.0)) {
         std::printf("ERROR: Unable to read version of the Shm %s.\n", name);
     }
     if (version_.getVersion() != expected) {
@@ -138,9 +140,9 @@ bool CompositeShm::addPart(ShmAble& part)
     }
     const int id = part.getId();
     const std::string lockName = std::string(shm_->getName()) + " Part " + std::to_string(id);
-    const int index = parts_->add(id, size + padding, Lock(semaphoreFactory_(lockName.c_str(), true, true)));
-    shm_->describePart(index, parts_->offset(index), size + padding, parts_->lock(index).semaphore());
-    if (shm_->isCreated() && !exchange<&CompositeShm::write>(part, -1.0, Attempts::untilHad)) {
+    const PartPlace& place = parts_->add(id, size + padding, Lock(semaphoreFactory_(lockName.c_str(), true, true)));
+    shm_->describePart(place.index, place.offset, size + padding, place.lock.semaphore());
+    if (shm_->isCreated() && !exchange<&CompositeShm::write, Attempts::untilHad>(part, -1.0)) {
         std::printf("ERROR : can't initialize the shm %s!\n", shm_->getName());
     }
     return true;
@@ -155,103 +157,97 @@ void CompositeShm::printNoRoom(ShmAble& part, size_t padding) const
     std::printf("offset[myNbParts] %zu + shmAble.getSize() %d + nbPadding %zu\n", parts_->end(), part.getSize(), padding);
 }
 
-int CompositeShm::getIndex(int id) const
+bool CompositeShm::printUnknown(int id)
 {
-    const int index = parts_->find(id);
-    if (index == PartTable::none) {
-        std::printf("CompositeShm: Object %d not in Shm\n", id);
+    std::printf("CompositeShm: Object %d not in Shm\n", id);
+    return false;
+}
+
+PartPlace* CompositeShm::find(ShmAble& part) const
+{
+    const int id = part.getId();
+    PartPlace* const place = parts_->find(id);
+    if (place == nullptr) {
+        printUnknown(id);
     }
-    return index;
+    return place;
 }
 
-bool CompositeShm::lock(int index, int id, double timeout, Attempts attempts)
-{
-    return parts_->lock(index).tryTake() || lockPatiently(index, id, timeout, attempts);
-}
-
-bool CompositeShm::lockPatiently(int index, int id, double timeout, Attempts attempts)
+bool CompositeShm::lock(PartPlace& place, double timeout, Attempts attempts)
 {
     for (;;) {
         std::string taker;
-        const Lock::Outcome outcome = parts_->lock(index).take(timeout, taker);
+        const Lock::Outcome outcome = place.lock.take(timeout, taker);
         if (outcome != Lock::Outcome::takerDied) {
             return outcome == Lock::Outcome::taken;
         }
-        reportDeadTaker(shm_->getName(), "part " + std::to_string(id), taker);
+        reportDeadTaker(shm_->getName(), "part " + std::to_string(place.id), taker);
         if (attempts == Attempts::one) {
             return false;
         }
     }
 }
 
-void* CompositeShm::address(int index) const
+void CompositeShm::write(ShmAble& part, const PartPlace& place)
 {
-    return static_cast<char*>(shm_->getPtr()) + parts_->offset(index);
+    part.put(begin_ + place.offset);
+    shm_->afterWrite(place.index);
 }
 
-void CompositeShm::write(ShmAble& part, int index, void* address)
+void CompositeShm::read(ShmAble& part, const PartPlace& place)
 {
-    part.put(address);
-    shm_->afterWrite(index);
-}
-
-void CompositeShm::read(ShmAble& part, int index, void* address)
-{
-    if (shm_->beforeRead(index)) {
-        part.get(address);
+    if (shm_->beforeRead(place.index)) {
+        part.get(begin_ + place.offset);
     }
 }
 
 bool CompositeShm::put(ShmAble& part, double timeout)
 {
-    return exchange<&CompositeShm::write>(part, timeout, Attempts::one);
+    return exchange<&CompositeShm::write, Attempts::one>(part, timeout);
 }
 
 bool CompositeShm::get(ShmAble& part, double timeout)
 {
-    return exchange<&CompositeShm::read>(part, timeout, Attempts::one);
+    return exchange<&CompositeShm::read, Attempts::one>(part, timeout);
 }
 
 bool CompositeShm::putWithoutProtect(ShmAble& part, double)
 {
-    const int index = getIndex(part.getId());
-    if (index == PartTable::none) {
-        return false;
+    const PartPlace* const place = find(part);
+    if (place != nullptr) {
+        write(part, *place);
     }
-    write(part, index, address(index));
-    return true;
+    return place != nullptr;
 }
 
 bool CompositeShm::getWithoutProtect(ShmAble& part, double)
 {
-    const int index = getIndex(part.getId());
-    if (index == PartTable::none) {
-        return false;
+    const PartPlace* const place = find(part);
+    if (place != nullptr) {
+        read(part, *place);
     }
-    read(part, index, address(index));
-    return true;
+    return place != nullptr;
 }
 
 bool CompositeShm::getAccess(ShmAble& part, double timeout)
 {
-    const int id = part.getId();
-    const int index = getIndex(id);
-    return index != PartTable::none && lock(index, id, timeout, Attempts::one);
+    PartPlace* const place = find(part);
+    return place != nullptr && lock(*place, timeout, Attempts::one);
 }
 
 bool CompositeShm::releaseAccess(ShmAble& part)
 {
-    const int index = getIndex(part.getId());
-    return index != PartTable::none && parts_->lock(index).free();
+    PartPlace* const place = find(part);
+    return place != nullptr && place->lock.free();
 }
 
 void CompositeShm::remove(ShmAble& part)
 {
-    const int index = getIndex(part.getId());
-    if (index == 0) {
+    const PartPlace* const place = find(part);
+    if (place != nullptr && place->index == 0) {
         std::printf("Object not in Shm\n");
-    } else if (index != PartTable::none) {
-        parts_->remove(index);
+    } else if (place != nullptr) {
+        parts_->remove(*place);
     }
 }
 
@@ -262,7 +258,7 @@ int CompositeShm::getNbParts() const
 
 void* CompositeShm::getShmPtr() const
 {
-    return shm_->getPtr();
+    return begin_;
 }
 
 short CompositeShm::getShmVersion() const

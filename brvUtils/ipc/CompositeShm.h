@@ -10,6 +10,7 @@
 namespace brvUtils {
 
 class PartTable;
+struct PartPlace;
 
 /// One named segment cut into parts, each guarded by a semaphore of its own, so that programs that use different parts
 /// never wait for each other.
@@ -96,21 +97,21 @@ private:
     /// What comes after a lock was found with a dead process: an exchange fails once, construction goes on.
     enum class Attempts { one, untilHad };
 
-    template <void (CompositeShm::*copy)(ShmAble&, int, void*)>
-    bool exchange(ShmAble& part, double timeout, Attempts attempts);
-    int getIndex(int id) const;
-    bool lock(int index, int id, double timeout, Attempts attempts);
-    bool lockPatiently(int index, int id, double timeout, Attempts attempts);
-    void* address(int index) const;
-    void write(ShmAble& part, int index, void* address);
-    void read(ShmAble& part, int index, void* address);
+    template <void (CompositeShm::*copy)(ShmAble&, const PartPlace&), Attempts attempts>
+    bool exchange(ShmAble& part, double timeout);
+    PartPlace* find(ShmAble& part) const;
+    static bool printUnknown(int id);
+    bool lock(PartPlace& place, double timeout, Attempts attempts);
+    void write(ShmAble& part, const PartPlace& place);
+    void read(ShmAble& part, const PartPlace& place);
     void settleVersion(char const* name, short expected);
     void printNoRoom(ShmAble& part, size_t padding) const;
 
     ShmFactory shmFactory_;
     SemaphoreFactory semaphoreFactory_;
-    std::unique_ptr<PartTable> parts_; ///< Semaphores, offsets and identifiers.
+    std::unique_ptr<PartTable> parts_;
     ShmVersion version_;
+    char* begin_ = nullptr; ///< Of the segment.
     std::unique_ptr<IShm> shm_; ///< Last, so that it is closed first.
 };
 

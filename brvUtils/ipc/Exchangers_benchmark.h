@@ -54,12 +54,14 @@ public:
         for (int id = 0; id < partCount; ++id) {
             addPart(blocks_.emplace_back(id, size));
         }
+        last_ = &blocks_.back();
     }
-    void put() { CompositeShm::put(blocks_.back(), -1.0); }
-    void get() { CompositeShm::get(blocks_.back(), -1.0); }
+    void put() { CompositeShm::put(*last_, -1.0); }
+    void get() { CompositeShm::get(*last_, -1.0); }
 
 private:
     std::deque<Block> blocks_;
+    Block* last_;
 };
 
 /// Boost.Interprocess: a named semaphore and a shared-memory object. Its names outlive its processes: one of them removes.

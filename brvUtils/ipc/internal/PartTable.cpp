@@ -6,43 +6,39 @@ namespace brvUtils {
 
 static_assert(std::uint32_t{0xFFFFFFFF} >> 23 == 2 * PartTable::capacity - 1);
 
-int PartTable::add(int id, std::size_t size, Lock lock)
+PartPlace& PartTable::add(int id, std::size_t size, Lock lock)
 {
-    const auto index = static_cast<std::size_t>(count_);
-    offsets_[index + 1] = offsets_[index] + size;
-    ids_[index] = id;
-    locks_[index] = std::move(lock);
+    PartPlace& place = places_[static_cast<std::size_t>(count_)];
+    place = {id, count_, end_, std::move(lock)};
+    end_ += size;
     used_ = ++count_;
-    enter(static_cast<int>(index));
-    return static_cast<int>(index);
+    enter(place);
+    return place;
 }
 
-void PartTable::enter(int index)
+void PartTable::enter(PartPlace& place)
 {
-    const int id = ids_[static_cast<std::size_t>(index)];
-    std::size_t place = home(id);
-    while (places_[place] != none) {
-        if (ids_[static_cast<std::size_t>(places_[place])] == id) {
+    std::size_t slot = home(place.id);
+    while (slots_[slot] != nullptr) {
+        if (slots_[slot]->id == place.id) {
             return; // the first part of that identifier is the one that is found
         }
-        place = next(place);
+        slot = next(slot);
     }
-    places_[place] = static_cast<std::int16_t>(index);
+    slots_[slot] = &place;
 }
 
-void PartTable::remove(int index)
+void PartTable::remove(const PartPlace& place)
 {
-    --used_;
-    for (auto i = static_cast<std::size_t>(index); i < static_cast<std::size_t>(used_); ++i) {
-        offsets_[i] = offsets_[i + 1];
-        ids_[i] = ids_[i + 1];
-        locks_[i] = std::move(locks_[i + 1]);
+    const auto last = static_cast<std::size_t>(--used_);
+    for (auto i = static_cast<std::size_t>(place.index); i < last; ++i) {
+        places_[i] = std::move(places_[i + 1]);
+        places_[i].index = static_cast<int>(i);
     }
-    offsets_[static_cast<std::size_t>(used_)] = offsets_[static_cast<std::size_t>(used_) + 1];
-    locks_[static_cast<std::size_t>(used_)] = Lock();
-    places_.fill(none);
-    for (int i = 0; i < used_; ++i) {
-        enter(i);
+    places_[last] = {};
+    slots_.fill(nullptr);
+    for (std::size_t i = 0; i < last; ++i) {
+        enter(places_[i]);
     }
 }
 
