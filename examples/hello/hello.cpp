@@ -1,6 +1,4 @@
-#include <brvUtils/ipc/CompositeShm.h>
-#include <brvUtils/ipc/SemaphoreWin32.h>
-#include <brvUtils/ipc/ShmWin32.h>
+#include <brvUtils/brvUtils.h>
 #include <cstdio>
 #include <cstring>
 
