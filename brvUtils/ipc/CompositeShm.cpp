@@ -2,6 +2,7 @@
 
 #include "brvUtils/core/Errors.h"
 #include "brvUtils/core/internal/TypeName.h"
+#include "brvUtils/ipc/ShmWin32.h"
 #include "brvUtils/ipc/internal/Lock.h"
 #include "brvUtils/ipc/internal/PartTable.h"
 
@@ -91,6 +92,7 @@ CompositeShm::CompositeShm(ShmFactory shmFactory, SemaphoreFactory semaphoreFact
         throw ConfigurationError("Shared memory \"" + composite + "\" of " + std::to_string(size) + " bytes cannot be created.\n");
     }
     begin_ = static_cast<char*>(shm_->getPtr());
+    segmentTakesPart_ = typeid(*shm_) != typeid(ShmWin32);
     if (!addPart(version_)) {
         std::printf("ERROR: Unable to add shmversion for %s.\n", typeName(typeid(CompositeShm*)).c_str());
     }
@@ -191,12 +193,14 @@ bool CompositeShm::lock(PartPlace& place, double timeout, Attempts attempts)
 void CompositeShm::write(ShmAble& part, const PartPlace& place)
 {
     part.put(begin_ + place.offset);
-    shm_->afterWrite(place.index);
+    if (segmentTakesPart_) {
+        shm_->afterWrite(place.index);
+    }
 }
 
 void CompositeShm::read(ShmAble& part, const PartPlace& place)
 {
-    if (shm_->beforeRead(place.index)) {
+    if (!segmentTakesPart_ || shm_->beforeRead(place.index)) {
         part.get(begin_ + place.offset);
     }
 }

@@ -112,6 +112,7 @@ private:
     std::unique_ptr<PartTable> parts_;
     ShmVersion version_;
     char* begin_ = nullptr; ///< Of the segment.
+    bool segmentTakesPart_ = true; ///< In exchanges; mere memory is spared two calls that do nothing.
     std::unique_ptr<IShm> shm_; ///< Last, so that it is closed first.
 };
 
