@@ -18,6 +18,7 @@ inline ErrorCode fromErrno(int number)
     case EACCES:
     case EPERM:
     case EROFS:
+    case EISDIR:
     case ELOOP: return error::accessDenied;
     case EBADF: return error::invalidHandle;
     case ENOMEM:
