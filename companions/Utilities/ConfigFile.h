@@ -53,19 +53,20 @@ public:
     std::list<std::string> getVariablesNames(const std::string& section) const;
 
     /// Creates or replaces an entry of the copy; the next save writes it. False, and nothing changes, when a file could not
-    /// hold it: a line end in any of the texts, a `]` in the section, an empty key or section, a `=` in the key, a key that
-    /// starts with `[`, `#` or `;`. Blanks around the texts are cut off.
+    /// hold it: a line end in any of the texts, a `]` in the section, an empty key, a `=` in it, or `[`, `#` or `;` in front of
+    /// it. Blanks around the texts are cut off.
     bool modifyEntry(const std::string& key, const std::string& section, const std::string& value);
     /// The same in the selected section, and saves to the file that was loaded at once. False when either fails.
     bool modifyEntry(const std::string& key, const std::string& value);
     /// Creates or replaces an entry of the copy, which no save writes. False as for modifyEntry.
     bool setEntry(const std::string& key, const std::string& section, const std::string& value);
-    /// Removes the entry from the copy, and from the file by the next save. Does nothing when there is none.
+    /// Removes the entry from the copy, and from the file by the next save, wherever the key stands in that section.
     void deleteEntry(const std::string& key, const std::string& section);
 
     /// Writes the changes made since the last load or save. They are merged into the file as it is now, so that what others
     /// saved meanwhile is not lost, also when they save at the same moment; reads do not see it until the next load. Under
-    /// another name than that of the file that was loaded, the whole of it is written with its changes, and they stay due.
+    /// another name than that of the file that was loaded, the whole of that file is written with its changes, over what is
+    /// there, and they stay due. Names are compared as texts, but for separators.
     /// Comments, order and line ends of what did not change stay as they are, byte for byte. A new entry is put behind the
     /// last one of its section.
     ///
@@ -90,6 +91,7 @@ private:
     };
 
     const std::string* find(const std::string& section, const std::string& key) const;
+    std::string changed(const std::string& text) const;
 
     std::string fileName_;
     std::string section_ = "Common";
