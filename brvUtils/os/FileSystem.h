@@ -2,13 +2,65 @@
 
 #include "brvUtils/os/Error.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace brvUtils::os {
 
 // Paths are UTF-8. `/` and `\` both separate folders, on every system. Any thread may call these; all may wait for a disk
 // or a network.
+
+/// The characters that a path may have here, as wide text.
+std::size_t longestPath();
+
+struct FileStatus
+{
+    bool isFile = false; ///< A regular file. Devices and the like are neither this nor a folder.
+    bool isFolder = false;
+    bool readable = false; ///< What the owner may do; on Windows what the run-time library makes of attributes and name.
+    bool writable = false;
+    bool executable = false;
+    std::uint64_t size = 0; ///< In bytes; of a file.
+};
+
+/// What a path names, behind links. `status` is as it was when an error is given.
+ErrorCode fileStatus(const std::string& path, FileStatus& status);
+
+/// When a file or folder was last modified, in whole seconds since 1970 UTC, cut downwards.
+ErrorCode modificationTime(const std::string& path, std::int64_t& seconds);
+
+/// Sets the times of last access and of last modification of a file that can be opened for reading and writing. The time
+/// must lie in the years 1970 to 3000.
+ErrorCode setModificationTime(const std::string& path, std::int64_t seconds);
+
+/// Makes a folder, whose parent must exist.
+ErrorCode makeFolder(const std::string& path);
+
+struct FolderEntry
+{
+    std::string name;
+    bool isFolder = false; ///< Not for a link to a folder.
+};
+
+/// The entries of a folder, in no order, without `.` and `..`. Left out are names that no path can hold, since they hold
+/// a separator (Linux), and the first entry of a drive's root (Windows: its place is that of `.` everywhere else).
+ErrorCode listFolder(const std::string& path, std::vector<FolderEntry>& entries);
+
+/// Deletes a file, also a read-only one, or a link.
+ErrorCode deleteFile(const std::string& path);
+
+/// The system's folder for temporary files, with a separator at its end. Need not exist.
+ErrorCode temporaryFolder(std::string& path);
+
+/// The last part of a path as the disk spells it. Where case counts and nothing has the very name, that is the first name
+/// in byte order that differs in case alone; the part itself when there is none.
+std::string spellingOnDisk(const std::string& path);
+
+/// Whether two names mean the same entry of a folder. Where case does not count it does not count here either.
+bool sameFileName(const std::string& a, const std::string& b);
 
 /// The bytes of a file, which others may replace meanwhile: they are those of one of its versions. `contents` is as it
 /// was when an error is given.
