@@ -8,7 +8,8 @@
 namespace brvUtils::os {
 
 // The environment of this process, as `getenv` of all its libraries sees it and as later children inherit it. Names and
-// values are UTF-8. On Linux no other thread may use the environment while it is changed.
+// values are UTF-8. Any thread may call these; on Linux no other thread may use the environment by other means while it
+// is changed.
 
 /// Nothing when the variable is not set.
 std::optional<std::string> environmentVariable(const std::string& name);

@@ -1,8 +1,10 @@
 #include "brvUtils/os/Environment.h"
 
 #include "brvUtils/os/Encoding.h"
+#include "brvUtils/os/EnvironmentMutex.h"
 
 #include <cstdlib>
+#include <mutex>
 
 namespace brvUtils::os {
 
@@ -10,6 +12,7 @@ namespace brvUtils::os {
 
 std::optional<std::string> environmentVariable(const std::string& name)
 {
+    const std::shared_lock lock(environmentMutex());
     const wchar_t* value = _wgetenv(wideFromUtf8(name).c_str());
     return value != nullptr ? std::optional<std::string>(utf8FromWide(value)) : std::nullopt;
 }
@@ -19,6 +22,7 @@ ErrorCode setEnvironmentVariable(const std::string& name, const std::string& val
     if (name.empty() || name.find('=') != std::string::npos) {
         return error::invalidParameter;
     }
+    const std::unique_lock lock(environmentMutex());
     return _wputenv(wideFromUtf8(name + "=" + value).c_str()) == 0 ? error::none : error::notEnoughMemory;
 }
 

@@ -24,6 +24,12 @@ std::uint32_t dottedAddress(const std::string& text)
     return inet_addr(text.c_str());
 }
 
+std::string hostName()
+{
+    char name[256] = {};
+    return gethostname(name, sizeof name - 1) == 0 ? name : std::string();
+}
+
 bool lookUpHost(const std::string& name, std::uint32_t& address)
 {
     addrinfo hints {};
