@@ -5,6 +5,7 @@
 
 #include "brvUtils/core/Errors.h"
 #include "brvUtils/core/FileNames.h"
+#include "brvUtils/core/FileSystem.h"
 #include "brvUtils/core/LabelledText.h"
 #include "brvUtils/core/Network.h"
 #include "brvUtils/core/Parsers.h"

@@ -1,6 +1,7 @@
 // A module that exchanges a part with itself: it reaches into the library and into a companion, derives from what the
 // library exports and catches what the library throws.
 
+#include <StudioVersion/Version.h>
 #include <Utilities/System.h>
 #include <brvUtils/core/Errors.h>
 #include <brvUtils/ipc/CompositeShm.h>
@@ -52,7 +53,7 @@ bool throwsAcrossTheBorder()
 // consumer NAME: the name is one that no other program uses.
 int main(int argc, char** argv)
 {
-    if (argc != 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder()) {
+    if (argc != 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || getMajorVersion() != 1 || getMinorVersion() < 6) {
         return 1;
     }
     Vehicle sender(argv[1]);
