@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <vector>
 
 namespace os = brvUtils::os;
 
@@ -61,13 +62,19 @@ bool ConfigFile::load(const std::string& path)
         if (lines.kind() == ConfigLines::Kind::section) {
             section = &sections_[std::string(lines.section())];
         } else if (lines.kind() == ConfigLines::Kind::entry) {
-            const auto [entry, isNew] = section->values.insert_or_assign(std::string(lines.key()), lines.value());
-            if (isNew) {
-                section->order.push_back(entry->first);
-            }
+            put(*section, lines.key(), lines.value());
         }
     }
     return loaded_;
+}
+
+void ConfigFile::put(Section& section, std::string_view key, std::string_view value)
+{
+    const auto [entry, isNew] = section.try_emplace(std::string(key));
+    entry->second.value = value;
+    if (isNew) {
+        entry->second.place = ++entriesPut_;
+    }
 }
 
 const std::string* ConfigFile::find(const std::string& section, const std::string& key) const
@@ -76,8 +83,8 @@ const std::string* ConfigFile::find(const std::string& section, const std::strin
     if (found == sections_.end()) {
         return nullptr;
     }
-    const auto entry = found->second.values.find(key);
-    return entry != found->second.values.end() ? &entry->second : nullptr;
+    const auto entry = found->second.find(key);
+    return entry != found->second.end() ? &entry->second.value : nullptr;
 }
 
 std::string ConfigFile::operator[](const std::string& key) const
@@ -121,9 +128,19 @@ bool ConfigFile::readHexaUnsignedInt(const std::string& key, unsigned int& value
 
 std::list<std::string> ConfigFile::getVariablesNames(const std::string& section) const
 {
-    const auto found = sections_.find(section);
-    return found != sections_.end() ? std::list<std::string>(found->second.order.begin(), found->second.order.end())
-                                    : std::list<std::string>();
+    std::vector<const Section::value_type*> entries;
+    if (const auto found = sections_.find(section); found != sections_.end()) {
+        for (const auto& entry : found->second) {
+            entries.push_back(&entry);
+        }
+    }
+    std::sort(entries.begin(), entries.end(),
+        [](const auto* a, const auto* b) { return a->second.place < b->second.place; });
+    std::list<std::string> names;
+    for (const auto* entry : entries) {
+        names.push_back(entry->first);
+    }
+    return names;
 }
 
 bool ConfigFile::setEntry(const std::string& key, const std::string& section, const std::string& value)
@@ -131,11 +148,7 @@ bool ConfigFile::setEntry(const std::string& key, const std::string& section, co
     if (!canBeHeld(trimmed(section), trimmed(key), trimmed(value))) {
         return false;
     }
-    Section& place = sections_[std::string(trimmed(section))];
-    const auto [entry, isNew] = place.values.insert_or_assign(std::string(trimmed(key)), trimmed(value));
-    if (isNew) {
-        place.order.push_back(entry->first);
-    }
+    put(sections_[std::string(trimmed(section))], trimmed(key), trimmed(value));
     return true;
 }
 
@@ -156,10 +169,8 @@ bool ConfigFile::modifyEntry(const std::string& key, const std::string& value)
 void ConfigFile::deleteEntry(const std::string& key, const std::string& section)
 {
     Change change{std::string(trimmed(section)), std::string(trimmed(key)), std::nullopt};
-    const auto found = sections_.find(change.section);
-    if (found != sections_.end() && found->second.values.erase(change.key) != 0) {
-        std::vector<std::string>& order = found->second.order;
-        order.erase(std::find(order.begin(), order.end(), change.key));
+    if (const auto found = sections_.find(change.section); found != sections_.end()) {
+        found->second.erase(change.key);
     }
     changes_.push_back(std::move(change));
 }

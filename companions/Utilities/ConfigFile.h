@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -66,7 +68,7 @@ public:
     /// Writes the changes made since the last load or save. They are merged into the file as it is now, so that what others
     /// saved meanwhile is not lost, also when they save at the same moment; reads do not see it until the next load. Under
     /// another name than that of the file that was loaded, the whole of that file is written with its changes, over what is
-    /// there, and they stay due. Names are compared as texts, but for separators.
+    /// there, and they stay due. Names are compared as texts, where separators do not count, nor case if the system ignores it.
     /// Comments, order and line ends of what did not change stay as they are, byte for byte. A new entry is put behind the
     /// last one of its section.
     ///
@@ -78,11 +80,12 @@ public:
     static bool createEmptyConfigFile(const std::string& path);
 
 private:
-    struct Section
+    struct Entry
     {
-        std::unordered_map<std::string, std::string> values;
-        std::vector<std::string> order; ///< The keys of `values`.
+        std::string value;
+        std::size_t place = 0; ///< Entries of higher numbers come later.
     };
+    using Section = std::unordered_map<std::string, Entry>;
     struct Change
     {
         std::string section;
@@ -90,6 +93,7 @@ private:
         std::optional<std::string> value; ///< None: the entry is removed.
     };
 
+    void put(Section& section, std::string_view key, std::string_view value);
     const std::string* find(const std::string& section, const std::string& key) const;
     std::string changed(const std::string& text) const;
 
@@ -98,6 +102,7 @@ private:
     bool loaded_ = false;
     std::string text_; ///< The bytes of the file, without what `changes_` holds.
     std::unordered_map<std::string, Section> sections_; ///< What reads see.
+    std::size_t entriesPut_ = 0;
     std::vector<Change> changes_; ///< In the order they were made; not saved yet.
 };
 

@@ -44,7 +44,7 @@ bool sameName(std::string a, std::string b)
 {
     std::replace(a.begin(), a.end(), '\\', '/');
     std::replace(b.begin(), b.end(), '\\', '/');
-    return a == b;
+    return os::sameFileName(a, b);
 }
 
 } // namespace
@@ -65,7 +65,8 @@ std::string ConfigFile::changed(const std::string& text) const
             continue;
         }
         sectionEnds[std::string(lines.section())] = lines.end();
-        const auto found = lines.kind() == ConfigLines::Kind::entry ? due.find(entryName(lines.section(), lines.key())) : due.end();
+        const bool isEntry = lines.kind() == ConfigLines::Kind::entry;
+        const auto found = isEntry ? due.find(entryName(lines.section(), lines.key())) : due.end();
         if (found == due.end()) {
             continue;
         }
@@ -140,16 +141,19 @@ bool ConfigFile::save(const std::string& path)
 
 bool ConfigFile::createEmptyConfigFile(const std::string& path)
 {
-    std::string content;
-    if (path.empty() || os::readFile(path, content) == os::error::none) {
-        return !path.empty();
+    if (path.empty()) {
+        return false;
+    }
+    os::FileStatus status;
+    if (os::fileStatus(path, status) == os::error::none) {
+        return status.isFile;
     }
     // Others may create it at this moment, and save.
     const os::FileLock lock(path);
     if (lock.error() != os::error::none) {
         return false;
     }
-    const bool isThere = os::readFile(path, content) == os::error::none && !content.empty();
+    const bool isThere = os::fileStatus(path, status) == os::error::none && status.size > 0;
     return isThere || os::replaceFile(path, {}) == os::error::none;
 }
 

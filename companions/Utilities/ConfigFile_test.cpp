@@ -18,9 +18,9 @@ using Names = std::list<std::string>;
 TEST(ConfigFile, ReadsEntriesOfSectionsWhateverTheLineEnd)
 {
     const TemporaryFolder folder;
-    const std::string lines[] = {"before=1", "# key = comment", "  ;key = comment", "", "  [ Host name ]  x", "\tkey \t=  a = b ; c # d  ",
-        "key2==", "no entry", "= nothing", "[open", "empty =", "[Common]", "key = common", "before = 2", "Key=capital", "[Host name]",
-        "key3=\"quoted \"", "key2 = the last"};
+    const std::string lines[] = {"before=1", "# key = comment", "  ;key = comment", "", "  [ Host name ]  x",
+        "\tkey \t=  a = b ; c # d  ", "key2==", "no entry", "= nothing", "[open", "empty =", "[Common]", "key = common",
+        "before = 2", "Key=capital", "[Host name]", "key3=\"quoted \"", "key2 = the last"};
     for (const std::string lineEnd : {"\n", "\r\n"}) {
         std::string text = lineEnd == "\n" ? "" : "\xEF\xBB\xBF";
         for (const std::string& line : lines) {
@@ -51,8 +51,9 @@ TEST(ConfigFile, ReadsEntriesOfSectionsWhateverTheLineEnd)
 TEST(ConfigFile, ReadsNumbersThatAreNothingElse)
 {
     const TemporaryFolder folder;
-    ConfigFile file(folder.write("file.cfg", "least=-2147483648\nmost=+2147483647\nmore=2147483648\n2=- 2\n3=+-3\n4=4x\n5=\n6=0x6\n"
-                                             "hexa=0xFFFFffff\nbare=1a\nlong=100000000\n7=0x\n8=0x0x8\n9=-9\n"));
+    ConfigFile file(folder.write("file.cfg",
+        "least=-2147483648\nmost=+2147483647\nmore=2147483648\n2=- 2\n3=+-3\n4=4x\n5=\n6=0x6\n"
+        "hexa=0xFFFFffff\nbare=1a\nlong=100000000\n7=0x\n8=0x0x8\n9=-9\n"));
     int value = 7;
     EXPECT_TRUE(file.readInt("most", value) && value == 2147483647);
     EXPECT_TRUE(file.readInt("least", value) && value == -2147483647 - 1);
@@ -71,7 +72,8 @@ TEST(ConfigFile, ReadsNumbersThatAreNothingElse)
 
 TEST(ConfigFile, SavesWhatChangedAndKeepsEveryOtherByte)
 {
-    const std::string text = "\xEF\xBB\xBF# head\r\n first=1 \r\n\r\n[B]\n  a\t=\told  \r\n# about b\r\nb=\r\njunk\n[A]\r\n[B]\r\na=older\r\n;\r\nlast=";
+    const std::string text = "\xEF\xBB\xBF# head\r\n first=1 \r\n\r\n[B]\n  a\t=\told  \r\n# about b\r\nb=\r\njunk\n"
+                             "[A]\r\n[B]\r\na=older\r\n;\r\nlast=";
     const auto replaced = [&text](const std::string& part, const std::string& other) {
         return std::string(text).replace(text.find(part), part.size(), other);
     };
@@ -83,13 +85,17 @@ TEST(ConfigFile, SavesWhatChangedAndKeepsEveryOtherByte)
         {text, [](ConfigFile&) {}},
         {text, [](ConfigFile& file) { file.setEntry("b", "B", "not saved"); }},
         {text, [](ConfigFile& file) { file.deleteEntry("a", "A"); }},
-        {replaced("older", "new; \"value\""), [](ConfigFile& file) { file.modifyEntry(" a ", "B", "new; \"value\" "); }},
-        {replaced("b=", "b=x"), [](ConfigFile& file) { file.deleteEntry("b", "B"); file.modifyEntry("b", "B", "x"); }},
-        {replaced("b=\r\n", ""), [](ConfigFile& file) { file.modifyEntry("b", "B", "x"); file.deleteEntry("b", "B"); }},
+        {replaced("older", "new; \"value\""),
+            [](ConfigFile& file) { file.modifyEntry(" a ", "B", "new; \"value\" "); }},
+        {replaced("b=", "b=x"),
+            [](ConfigFile& file) { file.deleteEntry("b", "B"); file.modifyEntry("b", "B", "x"); }},
+        {replaced("b=\r\n", ""),
+            [](ConfigFile& file) { file.modifyEntry("b", "B", "x"); file.deleteEntry("b", "B"); }},
         {replaced(" first=1 \r\n", " first=1 \r\nc = 1\r\nd = 2\r\n"),
             [](ConfigFile& file) { file.modifyEntry("c", "Common", "1"); file.modifyEntry("d", "Common", "2"); }},
         {replaced("[A]\r\n", "[A]\r\nc = 1\r\n"), [](ConfigFile& file) { file.modifyEntry("c", "A", "1"); }},
-        {text + "\r\nz = 1\r\ny = 2", [](ConfigFile& file) { file.modifyEntry("z", "B", "1"); file.modifyEntry("y", "B", "2"); }},
+        {text + "\r\nz = 1\r\ny = 2",
+            [](ConfigFile& file) { file.modifyEntry("z", "B", "1"); file.modifyEntry("y", "B", "2"); }},
         {text + "\r\n\r\n[New]\r\nz = 1\r\ny = 2\r\n",
             [](ConfigFile& file) { file.modifyEntry("z", "New", "1"); file.modifyEntry("y", "New", "2"); }},
     };
@@ -172,7 +178,8 @@ BRV_CHILD(addsEntries)
     childSay("ready");
     childHear();
     for (int i = 0; i < entriesOfEach; ++i) {
-        if (!file.modifyEntry(arguments[1] + std::to_string(i), "Common", "x") || !file.modifyEntry(std::to_string(i), "y")) {
+        file.modifyEntry(arguments[1] + std::to_string(i), "Common", "x");
+        if (!file.modifyEntry(std::to_string(i), "y")) {
             return 1;
         }
     }
@@ -249,7 +256,7 @@ TEST(ConfigFile, LoadsAnythingOrSaysThatItCannot)
     const TemporaryFolder folder;
     ConfigFile file(folder.write("good.cfg", "[Common]\na=1\n[S]\nb=2\n"));
     file.setSection("S");
-    for (const std::string& path : {folder.file("missing.cfg"), folder.file("no folder/file.cfg"), folder.file(), std::string()}) {
+    for (const std::string& path : {folder.file("missing.cfg"), folder.file("none/file.cfg"), folder.file(), std::string()}) {
         EXPECT_FALSE(file.load(path));
         EXPECT_FALSE(file.isLoaded());
         EXPECT_EQ(file.getFileName(), path);
@@ -265,9 +272,11 @@ TEST(ConfigFile, LoadsAnythingOrSaysThatItCannot)
     }
     std::string entries = "[S]\n";
     while (entries.size() < size) {
-        entries += "KEY_" + std::to_string(entries.size()) + " = ${STUDIO_PATH}/data/" + std::to_string(entries.size()) + "\r\n";
+        const std::string number = std::to_string(entries.size());
+        entries += "KEY_" + number + " = ${STUDIO_PATH}/data/" + number + "\r\n";
     }
-    for (const std::string& text : {std::string(), bytes, std::string(size, '='), std::string(size, '['), std::string(size, '\n'), entries}) {
+    const std::string odd[] = {"", bytes, std::string(size, '='), std::string(size, '['), std::string(size, '\n'), entries};
+    for (const std::string& text : odd) {
         EXPECT_TRUE(file.load(folder.write("odd.cfg", text)));
         EXPECT_EQ(file["a"], "");
     }
@@ -283,7 +292,9 @@ TEST(ConfigFile, CreatesAFileWhereThereIsNone)
     EXPECT_TRUE(ConfigFile::createEmptyConfigFile(folder.write("old.cfg", "old")));
     EXPECT_EQ(folder.read("old.cfg"), "old");
     EXPECT_FALSE(ConfigFile::createEmptyConfigFile(folder.file("no folder/new.cfg")));
+    EXPECT_FALSE(ConfigFile::createEmptyConfigFile(folder.file()));
     EXPECT_FALSE(ConfigFile::createEmptyConfigFile(""));
+    EXPECT_FALSE(ConfigFile().modifyEntry("key", "value"));
 }
 
 } // namespace

@@ -24,12 +24,13 @@ TEST(System, NamesTheSameUserInEveryProcessWhateverTheEnvironment)
 
 using Utilities::System::DaemonVariableMatchingPattern;
 using Utilities::System::ExpandLocalEnvironmentVariables;
+using Variables = std::map<std::string, std::string>;
 
 TEST(ExpandLocalEnvironmentVariables, TakesTheMapBeforeTheEnvironmentAndLooksIntoValues)
 {
     const brvTesting::EnvironmentGuard both("BRV_TEST_BOTH", "environment");
     const brvTesting::EnvironmentGuard path("BRV_TEST_PATH", "C:/${BRV_TEST_BOTH}");
-    const std::map<std::string, std::string> variables = {{"BRV_TEST_BOTH", "map"}, {"empty", ""}, {"d\xC3\xA9j\xC3\xA0 vu", "$ {}"}};
+    const Variables variables = {{"BRV_TEST_BOTH", "map"}, {"empty", ""}, {"d\xC3\xA9j\xC3\xA0 vu", "$ {}"}};
 
     std::string text = "a${BRV_TEST_PATH}/${BRV_TEST_BOTH}${empty}/${d\xC3\xA9j\xC3\xA0 vu}z";
     EXPECT_TRUE(ExpandLocalEnvironmentVariables(text, text, DaemonVariableMatchingPattern, variables));
@@ -40,9 +41,10 @@ TEST(ExpandLocalEnvironmentVariables, TakesTheMapBeforeTheEnvironmentAndLooksInt
 
 TEST(ExpandLocalEnvironmentVariables, LeavesWhatItDoesNotKnow)
 {
-    const std::map<std::string, std::string> variables = {{"A", "a"}};
+    const Variables variables = {{"A", "a"}};
     std::string result;
-    EXPECT_FALSE(ExpandLocalEnvironmentVariables("${A}${BRV_TEST_NONE${A}}${}${A}", result, DaemonVariableMatchingPattern, variables));
+    const std::string unknown = "${A}${BRV_TEST_NONE${A}}${}${A}";
+    EXPECT_FALSE(ExpandLocalEnvironmentVariables(unknown, result, DaemonVariableMatchingPattern, variables));
     EXPECT_EQ(result, "a${BRV_TEST_NONEa}${}a");
     for (const std::string text : {"", "plain", "$A {A}", "${A", "a${"}) {
         EXPECT_TRUE(ExpandLocalEnvironmentVariables(text, result, DaemonVariableMatchingPattern, variables));
@@ -56,7 +58,7 @@ TEST(ExpandLocalEnvironmentVariables, LeavesWhatItDoesNotKnow)
 
 TEST(ExpandLocalEnvironmentVariables, EndsWhereValuesDoNot)
 {
-    std::map<std::string, std::string> variables = {{"self", "${self}"}, {"grows", "${grows}x"}, {"a", "${b}"}, {"b", "${a}"},
+    Variables variables = {{"self", "${self}"}, {"grows", "${grows}x"}, {"a", "${b}"}, {"b", "${a}"},
         {"large", std::string(100'000, 'x') + "${large}"}, {"doubles0", ""}};
     for (int i = 1; i < 100; ++i) {
         const std::string before = "${doubles" + std::to_string(i - 1) + "}";
