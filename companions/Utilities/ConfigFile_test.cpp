@@ -107,11 +107,15 @@ TEST(ConfigFile, SavesWhatChangedAndKeepsEveryOtherByte)
         EXPECT_TRUE(file.save(file.getFileName()));
         EXPECT_EQ(folder.read("file.cfg"), each.expected);
         EXPECT_EQ(folder.read("copy.cfg"), each.expected);
+        EXPECT_TRUE(file.save(folder.file("copy.cfg"))); // with what is saved already
+        EXPECT_EQ(folder.read("copy.cfg"), each.expected);
     }
 
     ConfigFile file(folder.write("file.cfg", text)); // a key that stands twice is gone for good
     file.deleteEntry("a", "B");
     EXPECT_TRUE(file.save(file.getFileName()) && file.load(file.getFileName()));
+    file.modifyEntry("forgotten", "B", "by the next load");
+    EXPECT_TRUE(file.load(file.getFileName()) && file.save(file.getFileName()) && file.load(file.getFileName()));
     EXPECT_EQ(file.getVariablesNames("B"), (Names{"b", "last"}));
 }
 
