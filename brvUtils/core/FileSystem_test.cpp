@@ -1,5 +1,6 @@
 #include "brvUtils/core/FileSystem.h"
 
+#include "brvUtils/os/FileSystem.h"
 #include "testing/EnvironmentGuard.h"
 #include "testing/TemporaryFolder.h"
 
@@ -135,6 +136,25 @@ TEST(FileSystem, MakesFoldersAndTheirParents)
     fs::current_path(before);
 }
 
+TEST(FileSystem, RefusesPathsThatAreTooLong)
+{
+    const TemporaryFolder folder;
+    folder.write("file", "");
+    std::string path = folder.file();
+    while (path.size() + 12 < os::longestPath()) {
+        path += "/.";
+    }
+    EXPECT_TRUE(folderExist(path.c_str(), utf8));
+    while (path.size() <= os::longestPath()) {
+        path += "/.";
+    }
+    EXPECT_FALSE(folderExist(path.c_str(), utf8));
+    EXPECT_FALSE(recursiveMkDir(path.c_str()));
+    EXPECT_FALSE(recursiveMkDir((path + "/new").c_str()));
+    EXPECT_EQ(recursiveDelete(path, ""), 0U);
+    EXPECT_EQ(folder.read("file"), "");
+}
+
 TEST(FileSystem, DeletesFilesBySuffixInAllFolders)
 {
     const TemporaryFolder folder;
@@ -159,7 +179,8 @@ TEST(FileSystem, KnowsTheTemporaryFolder)
     const TemporaryFolder folder;
     const brvTesting::EnvironmentGuard linux("TMPDIR", folder.file());
     const brvTesting::EnvironmentGuard windows("TMP", folder.file());
-    EXPECT_TRUE(fs::equivalent(getTempPath(), folder.path()));
+    folder.write("marker", "");
+    EXPECT_TRUE(fileExist(getTempPath() + "marker", Utilities::Encoding::Mode::Local8Bit));
 }
 
 TEST(FileSystem, LeavesNamesAndLocalPathsAsTheyAre)

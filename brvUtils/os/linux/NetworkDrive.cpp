@@ -1,14 +1,13 @@
 #include "brvUtils/os/NetworkDrive.h"
 
+#include "brvUtils/os/Network.h"
 #include "brvUtils/os/linux/MountTable.h"
 #include "brvUtils/os/linux/NativePath.h"
 
-#include <climits>
 #include <fstream>
 #include <sstream>
 #include <strings.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brvUtils::os {
 namespace {
@@ -83,8 +82,7 @@ std::string localPath(const std::string& path)
 {
     std::ifstream table("/proc/self/mountinfo");
     const auto place = mountedPlace(table, nativePath(path));
-    char host[HOST_NAME_MAX + 1] = "";
-    if (!place || gethostname(host, sizeof host) != 0 || strcasecmp(place->server.c_str(), host) != 0) {
+    if (!place || strcasecmp(place->server.c_str(), hostName().c_str()) != 0) {
         return path;
     }
     // What the server calls the folder need not be its path there. The numbers of nodes that it hands out tell.

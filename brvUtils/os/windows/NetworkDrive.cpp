@@ -2,6 +2,7 @@
 
 #include "brvUtils/os/Encoding.h"
 #include "brvUtils/os/FileSystem.h"
+#include "brvUtils/os/Network.h"
 #include "brvUtils/os/windows/Shares.h"
 
 #include <windows.h>
@@ -28,12 +29,14 @@ std::string connectionOf(const std::string& drive)
     return result == NO_ERROR ? utf8FromWide(connection.c_str()) : std::string();
 }
 
-std::string hostName()
+std::string thisComputer()
 {
-    DWORD size = 0;
-    GetComputerNameExW(ComputerNameDnsHostname, nullptr, &size);
-    std::wstring name(size, L'\0');
-    return GetComputerNameExW(ComputerNameDnsHostname, name.data(), &size) ? utf8FromWide(name.substr(0, size)) : std::string();
+    if (startSockets() != error::none) {
+        return {};
+    }
+    const std::string name = hostName();
+    stopSockets();
+    return name;
 }
 
 /// All shares; none when the user may not list them.
@@ -86,7 +89,7 @@ std::string localPath(const std::string& path)
         return path;
     }
     const std::string connection = connectionOf(path.substr(0, 2));
-    const std::string local = connection.empty() ? std::string() : pathInShare(connection, hostName(), shares(), path.substr(2));
+    const std::string local = connection.empty() ? std::string() : pathInShare(connection, thisComputer(), shares(), path.substr(2));
     return local.empty() ? path : local;
 }
 
