@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brvUtils {
+
+/// What became of a text with references to environment variables.
+struct ResolvedText
+{
+    enum class Fault {
+        none,
+        noEnd, ///< A reference has no "}".
+        undefined, ///< There is no variable `name`.
+        endless ///< The variable `name` leads back to itself, or to more references than anybody could want.
+    };
+
+    std::string text; ///< As far as it came, after a fault.
+    Fault fault = Fault::none;
+    std::string name;
+    std::vector<std::pair<std::string, std::string>> variables; ///< That were read, with their values, in order.
+};
+
+/// Replaces every "${NAME}" by its value, the first one first and those inside values too. UTF-8.
+ResolvedText resolveReferences(std::string text);
+
+} // namespace brvUtils
