@@ -41,7 +41,7 @@ constexpr std::size_t maximumWaitCount = 64;
 /// Waits for the first signalled event of the list, or for all at once.
 /// \param index where the place of the event in the list goes: for the wait for any, the first signalled one in list
 ///        order; for the wait for all, 0. Untouched unless the result is signalled.
-/// A wait for all looks at the present states: it takes nothing until it can take everything in one step.
+/// A wait for all of several looks at the present states: it takes nothing until it can take everything in one step.
 /// Errors: invalidHandle; invalidParameter for no events, more than maximumWaitCount or, in a wait for all, an event that
 /// stands in the list twice; notSupported for several events on a Linux kernel before 5.16.
 WaitResult waitEvents(Event* const* events, std::size_t count, bool all, Milliseconds timeout, std::size_t* index) noexcept;

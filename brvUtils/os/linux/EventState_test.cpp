@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -50,6 +52,9 @@ BRV_CHILD(waiterForAll)
     childSay(good ? "there" : "failed");
     childHear();
     childSay(transaction.decide() ? "decided" : "aborted");
+    transaction.finish(first);
+    transaction.finish(second);
+    childSay("finished");
     childHear();
     return 0;
 }
@@ -115,10 +120,27 @@ TEST(EventTransaction, OfAStoppedProcessHoldsUpNobody)
         beside.child.expectLine("aborted");
         EXPECT_TRUE(beside.take(0));
     }
+    {
+        WaitForAllBeside beside("decided");
+        EXPECT_FALSE(beside.take(0));
+        setEvent(beside.events[0]);
+        setEvent(beside.events[1]);
+        beside.child.send("go on");
+        beside.child.awaitLine("finished");
+        EXPECT_TRUE(beside.take(0) && beside.take(1)) << "later signals are not its own";
+    }
     WaitForAllBeside beside("reserved one");
     EXPECT_EQ(resetEvent(beside.events[0]), error::none);
     EXPECT_FALSE(beside.take(0));
     EXPECT_TRUE(beside.take(1));
+}
+
+BRV_CHILD(opener)
+{
+    openEvent(arguments[0].c_str(), false, false);
+    childSay("there");
+    childHear();
+    return 0;
 }
 
 TEST(EventTransaction, AnAbandonedOneIsEndedForTheNextProcessOfTheRecord)
@@ -127,9 +149,45 @@ TEST(EventTransaction, AnAbandonedOneIsEndedForTheNextProcessOfTheRecord)
     Handle& second = *handleOf(beside.events[1]);
     const auto record = static_cast<std::uint32_t>(second.state->load() >> 54);
     beside.child.kill();
-    EventTransaction::endAbandoned(*second.table, record);
+    TableHeader& header = second.table->header;
+    header.lastTicket = second.table->processes[record].process.ticket - 1;
+    Child next("opener", {beside.name});
+    next.expectLine("there");
+    EXPECT_EQ(second.table->processes[record].process.processId, next.id());
     EXPECT_EQ(second.state->load() & (eventState::reserved | eventState::signalled), 0U);
     EXPECT_EQ(second.table->processes[record].transaction & 3U, 0U);
+}
+
+/// Threads share the one transaction of their process.
+TEST(EventTransaction, OfSeveralThreadsTakeTurns)
+{
+    Event* const events[] = {openEvent(uniqueName().c_str(), false, false).event, openEvent(uniqueName().c_str(), false, false).event};
+    constexpr int rounds = 3000;
+    std::atomic<int> taken{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&] {
+            std::size_t index = 0;
+            while (taken < rounds) {
+                if (waitEvents(events, 2, true, 1, &index).status == WaitStatus::signalled) {
+                    ++taken;
+                }
+            }
+        });
+    }
+    for (int i = 0; i < rounds; ++i) {
+        setEvent(events[0]);
+        setEvent(events[1]);
+        while (taken <= i) {
+            std::this_thread::yield();
+        }
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(taken, rounds);
+    closeEvent(events[0]);
+    closeEvent(events[1]);
 }
 
 /// Polls for all of two signalled manual-reset events while another thread does the same: neither may see the other's

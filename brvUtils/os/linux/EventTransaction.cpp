@@ -3,13 +3,15 @@
 #include "brvUtils/os/linux/EventState.h"
 #include "brvUtils/os/linux/SpinThenSleep.h"
 
+#include <algorithm>
+
 namespace brvUtils::os {
 
 using namespace eventState;
 
 namespace {
 
-constexpr int patience = 200; // pauses: several times what a transaction takes
+constexpr int patience = 200; // pauses: on common processors some microseconds, more than a transaction takes
 
 enum Phase : std::uint32_t { idle, open, taken, aborted };
 constexpr std::uint32_t phaseBits = 3;
@@ -64,7 +66,8 @@ EventTransaction::EventTransaction(const Handle& event)
     Transaction& transaction = table_.processes[record].transaction;
     for (int round = 0;; ++round) {
         std::uint32_t seen = transaction.load(std::memory_order_relaxed);
-        id_ = record << recordShift | (((seen >> 2) + 1) & sequenceBits);
+        const std::uint32_t next = ((seen >> 2) + 1) & sequenceBits;
+        id_ = record << recordShift | std::max(next, 1u); // 0 is in the state words of semaphores
         if ((seen & phaseBits) == idle && transaction.compare_exchange_weak(seen, valueOf(id_, open), std::memory_order_acq_rel)) {
             return;
         }
@@ -73,6 +76,7 @@ EventTransaction::EventTransaction(const Handle& event)
             pauseProcessor();
         } else {
             endAbandoned(table_, record);
+            round = 0;
         }
     }
 }
@@ -142,10 +146,7 @@ bool EventTransaction::takeAll(Handle* const* events, std::size_t count)
 void EventTransaction::endReservation(Handle& event, std::uint64_t seen)
 {
     const auto id = static_cast<std::uint32_t>(seen >> 32);
-    for (int round = 0; round < patience; ++round) {
-        if (!isOf(event.state->load(std::memory_order_acquire), id)) {
-            return;
-        }
+    for (int round = 0; round < patience && phaseOf(*event.table, id) == open; ++round) {
         pauseProcessor();
     }
     const std::uint64_t state = event.state->load(std::memory_order_acquire);
@@ -174,10 +175,11 @@ void EventTransaction::endAbandoned(Table& table, std::uint32_t record)
     const std::uint32_t id = record << recordShift | value >> 2;
     const Phase decision = decisionOf(table, id);
     for (std::uint32_t number = 0; number < slotCapacity; ++number) {
-        Slot& slot = table.slots[number];
-        if (table.index[number].load(std::memory_order_acquire) == 0 || slot.kind != Kind::event) {
+        if (table.index[number].load(std::memory_order_acquire) == 0) {
             continue;
         }
+        Slot& slot = table.slots[number];
+        // Only an event that somebody has open can be reserved, and so nobody changes its slot.
         if (const std::uint64_t state = slot.state.load(std::memory_order_acquire); isOf(state, id)) {
             follow(slot.state, slot.manualReset != 0, state, decision);
         }

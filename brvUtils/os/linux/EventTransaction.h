@@ -17,6 +17,8 @@ namespace brvUtils::os {
 ///     bits 2..23   sequence number
 ///
 /// The id in the upper half of an event's state word is the number of the record (bits 22..31) and the sequence number.
+/// Sequence numbers go round after four million: who is stopped between two instructions for exactly as many takes one
+/// transaction for another.
 class EventTransaction
 {
 public:

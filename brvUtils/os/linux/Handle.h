@@ -2,6 +2,7 @@
 
 #include "brvUtils/os/linux/TableLayout.h"
 
+#include <memory>
 #include <vector>
 
 namespace brvUtils::os {
@@ -31,12 +32,14 @@ class HandlePool
 {
 public:
     /// A record to fill in, or null when memory is short.
-    Handle* take();
+    Handle* take() noexcept;
     void giveBack(Handle* handle);
 
 private:
     static constexpr std::size_t blockSize = 64;
-    std::vector<Handle*> blocks_;
+    bool grow() noexcept;
+
+    std::vector<std::unique_ptr<Handle[]>> blocks_;
     std::vector<Handle*> free_;
 };
 

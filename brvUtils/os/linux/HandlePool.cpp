@@ -4,23 +4,29 @@
 
 namespace brvUtils::os {
 
-Handle* HandlePool::take()
+Handle* HandlePool::take() noexcept
 {
-    if (free_.empty()) {
-        auto* block = new (std::nothrow) Handle[blockSize];
-        if (block == nullptr) {
-            return nullptr;
-        }
-        blocks_.push_back(block);
-        // Room for every record, so that giving back never needs memory.
-        free_.reserve(blocks_.size() * blockSize);
-        for (std::size_t i = blockSize; i-- > 0;) {
-            free_.push_back(block + i);
-        }
+    if (free_.empty() && !grow()) {
+        return nullptr;
     }
     Handle* handle = free_.back();
     free_.pop_back();
     return handle;
+}
+
+bool HandlePool::grow() noexcept
+{
+    try {
+        // Room for every record, so that giving back never needs memory.
+        free_.reserve((blocks_.size() + 1) * blockSize);
+        blocks_.push_back(std::make_unique<Handle[]>(blockSize));
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    for (std::size_t i = blockSize; i-- > 0;) {
+        free_.push_back(&blocks_.back()[i]);
+    }
+    return true;
 }
 
 void HandlePool::giveBack(Handle* handle)

@@ -31,7 +31,8 @@ ErrorCode NameSpaceFolder::open()
     }
 
     const mode_t mode = shared_ ? 02770 : 0700;
-    if (mkdir(path_.c_str(), mode) != 0 && errno != EEXIST) {
+    const bool made = mkdir(path_.c_str(), mode) == 0;
+    if (!made && errno != EEXIST) {
         return errno == ENOENT ? error::pathNotFound : fromErrno(errno);
     }
     descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -42,8 +43,8 @@ ErrorCode NameSpaceFolder::open()
     fstat(descriptor_, &status);
     const bool ours = status.st_uid == geteuid();
     const bool trusted = shared_ ? (status.st_mode & 0007) == 0 : ours && (status.st_mode & 0077) == 0;
-    if (trusted && ours && (status.st_mode & 07777) != mode) {
-        fchmod(descriptor_, mode); // mkdir leaves out what the mask forbids, and its caller may have been killed
+    if (trusted && (made || (ours && !shared_))) {
+        fchmod(descriptor_, mode); // mkdir leaves out what the mask forbids
     }
     if (!trusted) {
         close();

@@ -76,7 +76,12 @@ ObjectOpening ObjectTable::open(const char* text, const ObjectRequest& request) 
 
 ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest& request)
 {
+    // All memory first: nothing may throw while the table is locked.
     holds_.resize(slotCapacity);
+    Handle* handle = pool_.take();
+    if (handle == nullptr) {
+        return {nullptr, false, error::notEnoughMemory};
+    }
     ErrorCode result = error::none;
     if (file_.isAttached()) {
         result = file_.lock();
@@ -88,12 +93,8 @@ ObjectOpening ObjectTable::openLocked(std::string_view name, const ObjectRequest
         }
     }
     if (result != error::none) {
+        pool_.giveBack(handle);
         return {nullptr, false, result};
-    }
-    Handle* handle = pool_.take();
-    if (handle == nullptr) {
-        leaveIfUnused();
-        return {nullptr, false, error::notEnoughMemory};
     }
 
     std::uint32_t slot = noSlot;
@@ -284,11 +285,7 @@ void ObjectTable::discardDead(std::int64_t begin, std::int64_t end)
 ObjectOpening ObjectTable::openUnnamed(const ObjectRequest& request) noexcept
 {
     const std::lock_guard guard(mutex_);
-    Handle* handle = nullptr;
-    try {
-        handle = pool_.take();
-    } catch (const std::bad_alloc&) {
-    }
+    Handle* handle = pool_.take();
     if (handle == nullptr) {
         return {nullptr, false, error::notEnoughMemory};
     }
@@ -341,14 +338,15 @@ void ObjectTable::leaveIfUnused()
 
 bool ObjectTable::isAlive(std::uint32_t ticket) const
 {
-    const std::lock_guard guard(mutex_);
-    return !file_.isAttached() || file_.isAlive(ticket);
+    // A thread that waits for the lock of the table must not hold up a wait with a limit: the next look will tell.
+    const std::unique_lock guard(mutex_, std::try_to_lock);
+    return !guard || !file_.isAttached() || file_.isAlive(ticket);
 }
 
 ProcessIdentity ObjectTable::processOf(std::uint32_t ticket) const
 {
-    const std::lock_guard guard(mutex_);
-    if (!file_.isAttached()) {
+    const std::unique_lock guard(mutex_, std::try_to_lock);
+    if (!guard || !file_.isAttached()) {
         return {};
     }
     const ProcessIdentity& process = file_.table().processes[ticket % processCapacity].process;

@@ -41,10 +41,10 @@ public:
     /// error::invalidHandle for a null handle, a closed one, or one of another kind.
     ErrorCode close(Handle* handle, Kind kind) noexcept;
 
-    /// Whether the process of that ticket still runs. The caller has a handle open.
+    /// Whether the process of that ticket still runs; true also while that cannot be asked. The caller has a handle open.
     bool isAlive(std::uint32_t ticket) const;
 
-    /// What is known of the process of that ticket; all zero when its record was used again.
+    /// What is known of the process of that ticket; all zero when its record was used again or cannot be read now.
     ProcessIdentity processOf(std::uint32_t ticket) const;
 
 private:

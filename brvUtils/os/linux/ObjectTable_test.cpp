@@ -162,6 +162,29 @@ TEST(ObjectTable, ATicketThatIsStillInUseDoesNotComeAgain)
     closeSemaphore(semaphore);
 }
 
+BRV_CHILD(returner)
+{
+    {
+        Semaphore* semaphore = openSemaphore(arguments[0].c_str(), true).semaphore;
+        waitSemaphore(semaphore, 0);
+        closeSemaphore(semaphore);
+    }
+    openSemaphore(arguments[0].c_str(), true);
+    childSay("back");
+    childHear();
+    return 0;
+}
+
+TEST(ObjectTable, WhatAProcessLeftTakenIsNotItsOwnWhenItComesBack)
+{
+    const NameSpace space;
+    Semaphore* semaphore = openSemaphore("x", true).semaphore;
+    Child child("returner", {"x"});
+    child.expectLine("back");
+    EXPECT_TRUE(releaseSemaphoreOfDeadTaker(semaphore).found);
+    closeSemaphore(semaphore);
+}
+
 TEST(ObjectTable, ClearsAwayWhatKilledProcessesLeft)
 {
     const NameSpace space;

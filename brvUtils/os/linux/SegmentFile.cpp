@@ -88,6 +88,9 @@ void removeAllSegmentFiles(int folder)
     const int list = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); // the reading closes it
     DIR* entries = list >= 0 ? fdopendir(list) : nullptr;
     if (entries == nullptr) {
+        if (list >= 0) {
+            close(list);
+        }
         return;
     }
     while (const dirent* entry = readdir(entries)) {

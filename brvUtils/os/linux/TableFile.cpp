@@ -141,9 +141,10 @@ ErrorCode TableFile::takeTicket()
         identity_ = identityOfThisProcess();
     }
     // A process that comes back takes its old ticket, so that the records tell of many processes, not of one that comes
-    // and goes.
+    // and goes; but not with a semaphore that it has left taken, which would be taken for ever.
     std::uint32_t ticket = identity_.ticket;
-    if (ticket == 0 || std::memcmp(&table_->processes[ticket % processCapacity].process, &identity_, sizeof identity_) != 0) {
+    if (ticket == 0 || std::memcmp(&table_->processes[ticket % processCapacity].process, &identity_, sizeof identity_) != 0
+        || isInAStateWord(ticket)) {
         ticket = unusedTicket();
     }
     if (ticket == 0) {
@@ -186,7 +187,7 @@ bool TableFile::isInAStateWord(std::uint32_t ticket) const
     return false;
 }
 
-ErrorCode TableFile::lock(bool wait)
+ErrorCode TableFile::take(bool wait)
 {
     if (const int number = setRecordLock(file_, F_WRLCK, tableByte, wait); number != 0) {
         return fromErrno(number);
@@ -202,10 +203,10 @@ ErrorCode TableFile::lock(bool wait)
 ErrorCode TableFile::lockSoon()
 {
     constexpr timespec pause{0, 500'000};
-    ErrorCode result = lock(false);
-    for (int attempt = 0; result != error::none && attempt < 1000; ++attempt) {
+    ErrorCode result = take(false);
+    for (int attempt = 0; result != error::none && result != error::invalidData && attempt < 1000; ++attempt) {
         nanosleep(&pause, nullptr);
-        result = lock(false);
+        result = take(false);
     }
     return result;
 }

@@ -34,7 +34,7 @@ public:
     void abandon() { close(); }
 
     /// The lock of the table. error::invalidData when the file was cut short or removed meanwhile.
-    ErrorCode lock() { return lock(true); }
+    ErrorCode lock() { return take(true); }
 
     /// The same, but gives up when others hold it for a good while.
     ErrorCode lockSoon();
@@ -62,7 +62,7 @@ private:
     std::uint32_t unusedTicket();
     bool isInAStateWord(std::uint32_t ticket) const;
     bool isRemoved() const;
-    ErrorCode lock(bool wait);
+    ErrorCode take(bool wait);
     bool hasOtherUsers() const;
     void removeFiles();
     void close();
