@@ -7,7 +7,7 @@
 #include <string>
 
 /// \file
-/// Driving cycles as labelled text, see data/ece15.txt.
+/// Driving cycles as labelled text, see data/cycles/ece15.txt.
 
 namespace suite {
 

@@ -17,7 +17,7 @@ namespace {
 
 std::filesystem::path dataFolder()
 {
-    return std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "data";
+    return std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "suite/data/cycles";
 }
 
 std::string goodText()

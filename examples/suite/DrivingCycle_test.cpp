@@ -13,7 +13,7 @@ namespace {
 
 DrivingCycle ece15()
 {
-    return loadCycle(std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "data");
+    return loadCycle(std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "suite/data/cycles");
 }
 
 double kilometresPerHourAt(const DrivingCycle& cycle, double time)

@@ -31,15 +31,22 @@ private:
     static inline volatile std::sig_atomic_t received_ = 0;
 };
 
-/// Writes the lines of a text to the error stream, each behind the module's name, as all lines of a module.
-inline void complain(const std::string& module, const std::string& text)
+/// Writes the lines of a text that are not empty, each behind the module's name, as all lines of a module.
+inline void tell(std::ostream& out, const std::string& module, const std::string& text)
 {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         if (!line.empty()) {
-            std::cerr << module << ": " << line << '\n';
+            out << module << ": " << line << '\n';
         }
     }
+    out.flush();
+}
+
+/// The same to the error stream.
+inline void complain(const std::string& module, const std::string& text)
+{
+    tell(std::cerr, module, text);
 }
 
 /// Reads the command line of a module that takes flags only. False when the module cannot go on; the error stream then

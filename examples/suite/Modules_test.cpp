@@ -1,60 +1,12 @@
 // The two programs as a user runs them.
+#include "Modules_test.h"
 #include "VehicleShm.h"
-#include "testing/Child.h"
-#include "testing/ThisProgram.h"
-#include "testing/UniqueName.h"
 
-#include <gmock/gmock.h>
+#include <brvUtils/ipc/ShmWin32.h>
 
-#include <filesystem>
 #include <sstream>
 
-using brvTesting::Arguments;
-using brvUtils::os::ChildExit;
-using brvUtils::os::ChildProcess;
-using testing::HasSubstr;
-using testing::StartsWith;
-
 namespace {
-
-constexpr brvUtils::os::Milliseconds deadline = 30'000; // ms
-const ChildExit success{ChildExit::Kind::exited, 0};
-const ChildExit failure{ChildExit::Kind::exited, 1};
-
-/// Both modules, in an instance of the suite of their own.
-class Modules : public testing::Test
-{
-protected:
-    /// Starts the program that lies beside this one.
-    ChildProcess start(const std::string& module, const Arguments& arguments)
-    {
-        const auto self = std::filesystem::u8path(brvTesting::thisProgram());
-        brvUtils::os::ChildCommand command;
-        command.program = (self.parent_path() / (module + self.extension().string())).u8string();
-        command.arguments = arguments;
-        command.environment = {{"STUDIO_INSTANCE", instance_}};
-        command.pipeOutput = command.pipeError = true;
-        ChildProcess process;
-        EXPECT_EQ(process.start(command), 0u) << command.program;
-        return process;
-    }
-
-    /// The next line that holds the text; what stands before it is passed over.
-    static std::string lineWith(ChildProcess& process, const std::string& text)
-    {
-        std::string passed;
-        while (const auto line = process.readLine(deadline)) {
-            if (line->find(text) != std::string::npos) {
-                return *line;
-            }
-            passed += *line + "\n";
-        }
-        ADD_FAILURE() << "no line with \"" << text << "\" in\n" << passed << process.errorOutput();
-        return {};
-    }
-
-    std::string instance_ = brvTesting::uniqueName();
-};
 
 struct Line
 {

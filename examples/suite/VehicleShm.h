@@ -6,7 +6,7 @@
 #include <brvUtils/ipc/CompositeShm.h>
 #include <brvUtils/ipc/EventWin32.h>
 #include <brvUtils/ipc/SemaphoreWin32.h>
-#include <brvUtils/ipc/ShmWin32.h>
+#include <brvUtils/ipc/ShmFactory.h>
 
 #include <cstring>
 #include <type_traits>
@@ -28,14 +28,14 @@ public:
     Value value{};
 };
 
-/// What the vehicle shares with the other modules. Whoever comes first makes it; the vehicle alone writes. There is one
-/// vehicle per instance of the suite. One thread at a time per object.
+/// What the vehicle shares with the other modules. Whoever comes first makes it, where the selected configuration says; the
+/// vehicle alone writes. There is one vehicle per instance of the suite. One thread at a time per object.
 class VehicleShm : public brvUtils::CompositeShm
 {
 public:
     /// \throw brvUtils::ConfigurationError when the shared memory cannot be had.
     VehicleShm()
-        : CompositeShm(brvUtils::ShmWin32::New, brvUtils::SemaphoreWin32::New, "Vehicle", sizeof(VehicleState) + sizeof(VehicleRun),
+        : CompositeShm(brvUtils::newShm, brvUtils::SemaphoreWin32::New, "Vehicle", sizeof(VehicleState) + sizeof(VehicleRun),
             layoutVersion, 0)
         , started_("VehicleStarted", true, false)
         , ended_("VehicleEnded", true, false)

@@ -1,4 +1,5 @@
 /// Looks at the vehicle from another process and prints a line each second.
+#include "Configuration.h"
 #include "Module.h"
 #include "VehicleShm.h"
 
@@ -136,6 +137,7 @@ int main(int argc, char** argv)
             || !withinLimits(me, "silence", options.silence, 0.1f, 100000.0f)) {
             return 1;
         }
+        selectConfiguration(arguments);
         return display(me.c_str(), options);
     } catch (const std::exception& fault) {
         complain(me, fault.what());

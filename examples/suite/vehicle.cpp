@@ -1,11 +1,12 @@
 /// A car that follows a driving cycle and shows its state in shared memory, 200 times in each simulated second.
+#include "Configuration.h"
 #include "CycleFile.h"
 #include "FramePacer.h"
 #include "Module.h"
 #include "VehicleShm.h"
 #include "VehicleSimulation.h"
 
-#include <brvUtils/startup/ModulePaths.h>
+#include <brvUtils/startup/EnvConfig.h>
 
 #include <algorithm>
 #include <cmath>
@@ -24,18 +25,20 @@ struct Options
     float seconds = 10.0f;
     float speed = 20.0f;
     std::string data;
+    std::string explain;
 };
 
 const char* const flags = "seconds:float:10:How long to drive, in seconds of wall time up to 100000, 0 until stopped;"
                           "speed:float:20:How many times faster than real time, 0.1 to 1000;"
-                          "data:file::Driving cycle, or the folder that holds ece15.txt, by default the folder data beside the program;";
+                          "data:file::Driving cycle, or the folder that holds ece15.txt, by default what the configuration says;"
+                          "explain:string::Keyword of the configuration, such as data/cycles: tells its folders and ends;";
 
 constexpr double toKilometresPerHour = 3.6;
 constexpr double tolerance = 0.1; // seconds of wall time that a vehicle may be late at its end
 
 std::filesystem::path cyclePlace(const Options& options)
 {
-    return options.data.empty() ? std::filesystem::u8path(brvUtils::GetModulePath()) / "data" : std::filesystem::path(options.data);
+    return options.data.empty() ? findDataFile("data/cycles", moduleSetting("vehicle", "cycle")) : std::filesystem::path(options.data);
 }
 
 VehicleRun describe(const DrivingCycle& cycle, const Options& options)
@@ -135,7 +138,8 @@ private:
 
 int drive(const char* me, const Options& options, bool verbose)
 {
-    VehicleSimulation simulation(loadCycle(cyclePlace(options)));
+    const std::filesystem::path place = cyclePlace(options);
+    VehicleSimulation simulation(loadCycle(place));
     const DrivingCycle& cycle = simulation.cycle();
     VehicleShm shm;
 
@@ -145,6 +149,7 @@ int drive(const char* me, const Options& options, bool verbose)
         std::fprintf(stderr, "%s: the shared memory is held by somebody else\n", me);
         return 1;
     }
+    std::printf("%s: configuration %s, cycle %s\n", me, brvUtils::EnvConfig::getCurrentConfiguration().c_str(), place.u8string().c_str());
     std::printf("%s: %s (%.0f s, nominally %.0f m), %g x real time\n", me, cycle.name().c_str(), cycle.duration(),
         cycle.nominalDistance(), static_cast<double>(options.speed));
     std::fflush(stdout);
@@ -183,9 +188,15 @@ int main(int argc, char** argv)
         arguments.addFloatHandler("seconds", options.seconds);
         arguments.addFloatHandler("speed", options.speed);
         arguments.addFileHandler("data", options.data);
+        arguments.addStringHandler("explain", options.explain);
         if (!readCommandLine(arguments, me) || !withinLimits(me, "seconds", options.seconds, 0.0f, 100000.0f)
             || !withinLimits(me, "speed", options.speed, 0.1f, 1000.0f)) {
             return 1;
+        }
+        selectConfiguration(arguments);
+        if (!options.explain.empty()) {
+            tell(std::cout, me, brvUtils::EnvConfig::explain(options.explain));
+            return 0;
         }
         return drive(me.c_str(), options, arguments.getVerbose());
     } catch (const std::exception& fault) {

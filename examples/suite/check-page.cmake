@@ -1,0 +1,25 @@
+# Fails unless the file PAGE shows, to the letter, the list of configurations and a list of folders as they are in TREE, and
+# what the program VEHICLE says about the latter. The page calls the tree /srv/studio.
+function(expect_on_page what text)
+  file(READ "${PAGE}" page)
+  string(FIND "${page}" "```\n${text}```\n" place)
+  if(place EQUAL -1)
+    message(SEND_ERROR "${PAGE} does not show ${what}:\n${text}")
+  endif()
+endfunction()
+
+foreach(name IN ITEMS configurations.cfg config/ExtraUrban/datafile.cfg)
+  file(READ "${TREE}/${name}" text)
+  string(REGEX REPLACE "(^|\n)(#[^\n]*\n)+" "\\1" text "${text}")
+  expect_on_page("${name} without its comments" "${text}")
+endforeach()
+
+foreach(variable IN ITEMS LOCAL_STUDIO_PATH COMPUTE_PATH)
+  unset(ENV{${variable}})
+endforeach()
+set(ENV{STUDIO_PATH} "${TREE}")
+execute_process(COMMAND ${EMULATOR} "${VEHICLE}" -c ExtraUrban -explain data/cycles OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\r" "" text "${text}")
+string(REPLACE "${TREE}" "/srv/studio" text "${text}")
+string(REGEX REPLACE "^.*\n(vehicle: data/cycles\n)" "\\1" text "${text}")
+expect_on_page("what vehicle explains" "$ vehicle -c ExtraUrban -explain data/cycles\n${text}")
