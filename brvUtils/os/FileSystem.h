@@ -70,7 +70,8 @@ ErrorCode readFile(const std::string& path, std::string& contents);
 /// place in one step, so that readers, and whoever comes after a kill or on a full disk, find the old bytes or the new
 /// ones, whole. Keeps the old file's mode (Linux, where its owner stays too if the system allows) or attributes
 /// (Windows). On Linux a link stays and its target is replaced. A read-only file and what is no file is refused; on
-/// Windows the call waits up to a second for others to close the file. On an error nothing has changed and no file is
+/// Windows the call waits up to a second for others to close the file, where it must: before Windows 10, on other
+/// computers' disks, and for those who do not share it for deletion. On an error nothing has changed and no file is
 /// left; a process that is killed may leave the one beside.
 ErrorCode replaceFile(const std::string& path, const std::string& contents);
 
