@@ -3,16 +3,19 @@
 #include "brvUtils/os/Network.h"
 
 #include <iostream>
+#include <mutex>
 
 namespace brvUtils {
 namespace {
 
+std::mutex mutex;
 unsigned int useCount = 0;
 
 } // namespace
 
 bool initNetworkSystem()
 {
+    const std::lock_guard guard(mutex);
     if (useCount == 0 && os::startSockets() != os::error::none) {
         std::cout << "COM ERROR : requested version of winsock not available." << std::endl;
         return false;
@@ -23,6 +26,7 @@ bool initNetworkSystem()
 
 void releaseNetworkSystem()
 {
+    const std::lock_guard guard(mutex);
     if (useCount == 0) {
         return;
     }

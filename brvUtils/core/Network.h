@@ -4,7 +4,7 @@
 
 /// \file
 /// Start and stop of the sockets layer by use count, so that nobody needs to know whether somebody else started it. The
-/// count belongs to the process and is not atomic: start and stop from one thread at a time.
+/// count belongs to the process. Any thread may call these.
 
 namespace brvUtils {
 

@@ -18,7 +18,7 @@ constexpr std::uint32_t noAddress = 0xFFFFFFFF;
 /// The IPv4 address written in `text`, in network byte order, in all the forms that `inet_addr` knows; else `noAddress`.
 std::uint32_t dottedAddress(const std::string& text);
 
-/// The name of this computer in the network; empty when the system does not tell. The sockets layer must be started.
+/// The name of this computer in the network, in UTF-8; empty when the system does not tell. The sockets layer must be started.
 std::string hostName();
 
 /// The first IPv4 address of a host, in network byte order; the empty name is this computer. Asks the system's name

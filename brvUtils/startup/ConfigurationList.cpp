@@ -26,15 +26,7 @@ namespace brvUtils {
 
 namespace {
 
-using Guard = std::lock_guard<Utilities::CriticalSectionWrapper>;
-
-constexpr auto utf8 = Utilities::Encoding::Mode::Utf8;
 const char* const ruler = "========================================";
-
-Configurations& state()
-{
-    return Configurations::instance();
-}
 
 /// A list that is laid over the main one: a variable names its folder.
 struct Overlay
@@ -47,8 +39,8 @@ struct Overlay
     /// The file, once it has been seen to exist.
     const std::string& find() const
     {
-        if (file.empty()) {
-            const std::string path = *os::environmentVariable(variable) + "/configurations.cfg";
+        if (const auto folder = os::environmentVariable(variable); folder && file.empty()) {
+            const std::string path = *folder + "/configurations.cfg";
             if (fileExist(path, utf8)) {
                 file.set(path);
             }
@@ -71,7 +63,7 @@ Overlay localOverlay()
 
 std::ifstream openText(const std::string& path)
 {
-    return std::ifstream(std::filesystem::u8path(brv::NormalizePath(path)));
+    return std::ifstream(std::filesystem::u8path(brv::FixPathSeparators(path)));
 }
 
 bool readLine(std::istream& text, std::string& line)
@@ -83,6 +75,16 @@ bool readLine(std::istream& text, std::string& line)
         line.pop_back();
     }
     return true;
+}
+
+/// Some systems find no folder whose name ends with a separator.
+std::string resolveFolder(const std::string& path)
+{
+    std::string folder = resolveGenericPath(path);
+    while (folder.size() > 1 && (folder.back() == '/' || folder.back() == '\\') && folder[folder.size() - 2] != ':') {
+        folder.pop_back();
+    }
+    return folder;
 }
 
 void declare(const std::string& name, const std::string& folder)
@@ -100,14 +102,14 @@ void readListFile(const std::string& file, bool isMain)
     for (const std::string& section : {std::string("Common"), host}) {
         list.setSection(section);
         for (const std::string& name : list.getVariablesNames(section)) {
-            const std::string folder = resolveGenericPath(list[name]);
+            const std::string folder = resolveFolder(list[name]);
             if (fileOrFolderExist(folder, utf8)) {
                 declare(name, folder);
             }
         }
     }
     if (isMain && state().declared.empty()) {
-        std::cout << ruler << "\nNo configuration declared in the common part in configurations.cfg.\n" << std::endl << ruler << "\n";
+        std::cout << ruler << "\nNo configuration declared in the common part in configurations.cfg.\n" << std::endl << ruler << std::endl;
         throw ConfigurationError("No configuration in configurations.cfg !");
     }
 }
@@ -136,7 +138,9 @@ void removeFrom(const std::string& file, const std::string& name)
     Utilities::ConfigFile list(file);
     if (list.isLoaded()) {
         list.deleteEntry(name, "Common");
-        list.save(file);
+        if (!list.save(file)) {
+            reportUnsaved(file);
+        }
     }
 }
 
@@ -192,7 +196,7 @@ void EnvConfig::loadConfigurationsList()
     if (compute.isUsed() && fileExist(compute.find(), utf8)) {
         readListFile(compute.find(), false);
         // Kept for callers: the name of the other file.
-        std::cout << "COMPUTE_PATH found, Local configuration.cfg file is used: " << state().localFile.get() << std::endl;
+        std::cout << "COMPUTE_PATH found, Local configuration.cfg file is used: " << local.find() << std::endl;
     } else if (local.isUsed() && fileExist(local.find(), utf8)) {
         readListFile(local.find(), false);
         std::cout << "LOCAL_STUDIO_PATH found, Local configuration.cfg file is used: " << state().localFile.get() << std::endl;
@@ -237,13 +241,14 @@ bool EnvConfig::getConfigVersion(const std::string& folder, Version& out)
 void EnvConfig::addConfig(const std::string& name, const std::string& path)
 {
     const Guard guard(ourCS);
-    declare(name, resolveGenericPath(path));
+    declare(name, resolveFolder(path));
     const Overlay compute = computeOverlay();
     const Overlay local = localOverlay();
     const std::string file = compute.isUsed() ? compute.find() : local.isUsed() ? local.find() : state().mainFile.get();
     Utilities::ConfigFile list(file);
-    list.modifyEntry(name, "Common", path);
-    list.save(file);
+    if (!list.modifyEntry(name, "Common", path) || !list.save(file)) {
+        reportUnsaved(file);
+    }
 }
 
 void EnvConfig::deleteConfig(const std::string& name, const std::string& nextName)

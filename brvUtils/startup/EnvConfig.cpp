@@ -11,22 +11,12 @@
 #include <StudioVersion/Version.h>
 
 #include <iostream>
-#include <mutex>
 
 namespace brvUtils {
 
 Utilities::CriticalSectionWrapper EnvConfig::ourCS;
 
 namespace {
-
-using Guard = std::lock_guard<Utilities::CriticalSectionWrapper>;
-
-constexpr auto utf8 = Utilities::Encoding::Mode::Utf8;
-
-Configurations& state()
-{
-    return Configurations::instance();
-}
 
 std::string existingFile(const std::string& path, bool mustExist)
 {
@@ -54,6 +44,11 @@ std::string Configurations::askHostName()
         releaseNetworkSystem();
     }
     return name;
+}
+
+void reportUnsaved(const std::string& file)
+{
+    std::cerr << "Cannot save \"" + file + "\": the change is known to this process alone.\n" << std::flush;
 }
 
 std::string EnvConfig::Version::toString() const
@@ -110,9 +105,8 @@ bool EnvConfig::setConfig(const std::string& name, bool force)
 bool EnvConfig::setDefaultConfig(bool force)
 {
     const Version suite(getMajorVersion(), getMinorVersion());
-    const auto declared = state().declared; // what is tried may add to the list
     const auto anyOf = [&](auto isWanted) {
-        for (const auto& [name, infos] : declared) {
+        for (const auto& [name, infos] : state().declared) {
             if (isWanted(name, infos) && setConfigInternal(name, force)) {
                 return true;
             }

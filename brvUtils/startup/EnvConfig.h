@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -34,9 +33,10 @@ namespace brvUtils {
 class BRVUTILS_API EnvConfig
 {
 public:
+    /// Version of the suite that a configuration is for.
     struct Version
     {
-        Version() = default;
+        Version() = default; ///< Not known.
         Version(int majorNumber, int minorNumber) : major(majorNumber), minor(minorNumber) {}
 
         int major = -1; ///< -1: not known.
@@ -49,9 +49,10 @@ public:
         bool operator!=(const Version& other) const { return !(*this == other); }
     };
 
+    /// What the list knows of a configuration.
     struct ConfigurationInfos
     {
-        Version version;
+        Version version; ///< As getConfigVersion finds it.
         std::string path; ///< Its folder, resolved.
     };
 
@@ -119,7 +120,7 @@ public:
     // Maintenance
 
     /// Adds a configuration to the list, and to the list file of the compute node, else of the user, else the main one,
-    /// where that is known: the list is not loaded for this.
+    /// where that is known: the list is not loaded for this. A line on the error stream tells when it cannot be saved.
     /// \param path as it shall stand in the file.
     static void addConfig(const std::string& name, const std::string& path);
 

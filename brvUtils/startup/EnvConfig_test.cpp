@@ -1,6 +1,10 @@
 #include "brvUtils/startup/EnvConfig_test.h"
 
+#include "brvUtils/startup/GenericPath.h"
+#include "brvUtils/startup/ModulePaths.h"
 #include "testing/Child.h"
+
+#include <Utilities/System.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -22,7 +26,7 @@ TEST_F(EnvConfigTest, ListsWhatExistsAndTheComputersOwnEntriesCount)
     configure("a", "");
     configure("b", "");
     configure("other a", "");
-    declare("A=${STUDIO_PATH}/a\nB=${STUDIO_PATH}b\nGone=${STUDIO_PATH}/gone\n[" + host() + "]\nA=" + studio + "/other a\nH = " + studio + "/b\n[elsewhere]\nX="
+    declare("A=${STUDIO_PATH}/a\nB=${STUDIO_PATH}b/\nGone=${STUDIO_PATH}/gone\n[" + host() + "]\nA=" + studio + "/other a\nH = " + studio + "/b\n[elsewhere]\nX="
         + studio + "\n");
     const CapturedOutput captured;
     EXPECT_THAT(EnvConfig::getConfigurationsList(), ElementsAre("A", "B", "H"));
@@ -59,6 +63,21 @@ TEST_F(EnvConfigTest, LaysOneListOverTheMainOne)
     EXPECT_THAT(EnvConfig::getConfigurationsList(), ElementsAre("A", "C"));
     EXPECT_THAT(captured.out(), HasSubstr("\nCOMPUTE_PATH found, Local configuration.cfg file is used: " + localFile + "\n")) << "the other file, as ever";
     EXPECT_TRUE(EnvConfig::isUsingLocalConfig() && EnvConfig::isUsingComputeConfig());
+}
+
+TEST_F(EnvConfigTest, NamesTheListOfTheUserAlsoWhereItIsNotRead)
+{
+    const brvTesting::TemporaryFolder local;
+    configure("a", "");
+    declare("A=${STUDIO_PATH}\n");
+    root.write("compute/configurations.cfg", "C=${STUDIO_PATH}/a\n");
+    const std::string localFile = slashes(local.write("configurations.cfg", "L=${STUDIO_PATH}/a\n"));
+    const EnvironmentGuard localGuard("LOCAL_STUDIO_PATH", slashes(local.file()));
+    const EnvironmentGuard computeGuard("COMPUTE_PATH", studio + "/compute");
+    const CapturedOutput captured;
+    EXPECT_THAT(EnvConfig::getConfigurationsList(), ElementsAre("A", "C"));
+    EXPECT_THAT(captured.out(), testing::EndsWith("COMPUTE_PATH found, Local configuration.cfg file is used: " + localFile + "\n"));
+    EXPECT_EQ(EnvConfig::getConfigPath("A"), studio);
 }
 
 TEST_F(EnvConfigTest, SelectsByNameAndExportsVariables)
@@ -233,32 +252,40 @@ TEST_F(EnvConfigTest, TakesAnotherListFile)
 TEST_F(EnvConfigTest, IsReadByManyThreadsWhileOneSelects)
 {
     for (const std::string name : {"left", "right"}) {
-        configure(name, "NAME=" + name + "\nPATH=${BRV_TEST_NAME}/" + name + "\n");
+        configure(name, "NAME=" + name + "\nPATH=${BRV_TEST_NAME}/" + name + "\nFOLDER=${STUDIO_PATH}/left\n");
         root.write(name + "/envvar.cfg", "BRV_TEST_NAME=" + name + "\n");
     }
     declare("left=${STUDIO_PATH}/left\nright=${STUDIO_PATH}/right\n");
     const EnvironmentGuard variable("BRV_TEST_NAME");
     const CapturedOutput captured;
     EnvConfig::setConfig("left", false);
-    std::atomic<bool> done{false};
+    constexpr int readerCount = 16;
+    constexpr int turns = 30;
     std::atomic<int> torn{0};
+    std::atomic<int> finished{0};
+    const auto isOne = [](const std::string& text) { return text == "left" || text == "right"; };
+    const auto readOnce = [&] {
+        const std::string path = EnvConfig::getFirstPath("PATH/x");
+        std::string expanded;
+        // By way of another library, too: there is one environment.
+        Utilities::System::ExpandLocalEnvironmentVariables("${BRV_TEST_NAME}", expanded, Utilities::System::DaemonVariableMatchingPattern, {});
+        return isOne(EnvConfig::getCurrentConfiguration()) && isOne(EnvConfig::getFirstPath("NAME")) && isOne(expanded)
+            && isOne(resolveGenericPath("${BRV_TEST_NAME}")) && (path == "left/left/x" || path == "right/right/x")
+            && EnvConfig::findInPath("FOLDER", "Process.xfg") == studio + "/left/Process.xfg" && EnvConfig::getSeparatedPath("NAME").size() == 1
+            && !EnvConfig::getConfigFilePath("datafile.cfg", true).empty() && getBasePath() == studio;
+    };
     std::vector<std::thread> readers;
-    for (int i = 0; i < 16; ++i) {
+    for (int i = 0; i < readerCount; ++i) {
         readers.emplace_back([&] {
-            const auto isOne = [](const std::string& text) { return text == "left" || text == "right"; };
-            while (!done) {
-                const std::string path = EnvConfig::getFirstPath("PATH/x");
-                torn += isOne(EnvConfig::getCurrentConfiguration()) && isOne(EnvConfig::getFirstPath("NAME"))
-                        && (path == "left/left/x" || path == "right/right/x")
-                    ? 0
-                    : 1;
+            for (int turn = 0; turn < turns; ++turn) {
+                torn += readOnce() ? 0 : 1;
             }
+            ++finished;
         });
     }
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; finished < readerCount; ++i) {
         EnvConfig::setConfig(i % 2 == 0 ? "right" : "left", false);
     }
-    done = true;
     for (std::thread& reader : readers) {
         reader.join();
     }

@@ -26,7 +26,7 @@ std::string resolve(const std::string& path)
         std::cout << "No " << result.name << "environment variable found" << std::endl; // kept for callers: no blank
         break;
     case ResolvedText::Fault::endless:
-        std::cout << "Environment variable " << result.name << " leads back to itself" << std::endl;
+        std::cout << "Environment variable " << result.name << " leads back to itself, or to too much text" << std::endl;
         break;
     }
     return path;

@@ -1,6 +1,7 @@
 #include "brvUtils/startup/InstanceKey.h"
 
-#include <cstdlib>
+#include "brvUtils/os/Encoding.h"
+#include "brvUtils/os/Environment.h"
 
 namespace brvUtils {
 
@@ -8,8 +9,7 @@ const char* getInstanceKey()
 {
     // Never destroyed: objects with static storage name their system objects until the very end.
     static const auto* const name = [] {
-        const char* const value = std::getenv("STUDIO_INSTANCE");
-        return new std::string(value != nullptr ? value : "");
+        return new std::string(os::localFromWide(os::wideFromUtf8(os::environmentVariable("STUDIO_INSTANCE").value_or(""))));
     }();
     return name->c_str();
 }

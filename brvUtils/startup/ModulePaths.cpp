@@ -2,22 +2,36 @@
 
 #include "brvUtils/core/FileNames.h"
 #include "brvUtils/core/Text.h"
+#include "brvUtils/os/Encoding.h"
+#include "brvUtils/os/Environment.h"
 #include "brvUtils/os/Process.h"
+#include "brvUtils/startup/internal/SharedText.h"
 
 #include <brv/Path.h>
 
-#include <cstdlib>
-
 namespace brvUtils {
+
+namespace {
+
+/// The value in the process's code page, or null. `kept` holds it.
+const char* valueOf(const char* name, SharedText& kept)
+{
+    const auto value = os::environmentVariable(name);
+    return value ? kept.set(os::localFromWide(os::wideFromUtf8(*value))).c_str() : nullptr;
+}
+
+} // namespace
 
 const char* getBasePath()
 {
-    return std::getenv("STUDIO_PATH");
+    static auto* const kept = new SharedText; // never destroyed: callers keep the text
+    return valueOf("STUDIO_PATH", *kept);
 }
 
 const char* getComputePath()
 {
-    return std::getenv("COMPUTE_PATH");
+    static auto* const kept = new SharedText;
+    return valueOf("COMPUTE_PATH", *kept);
 }
 
 std::string GetModuleFilePath()

@@ -10,8 +10,8 @@
 
 namespace brvUtils {
 
-/// Value of the environment variable `STUDIO_PATH`, or null where it is not defined. Read at each call; the text belongs
-/// to the environment. On Windows in the process's 8-bit code page, unlike the paths of the module below, which are UTF-8.
+/// Value of the environment variable `STUDIO_PATH`, or null where it is not defined. Read at each call; the text lives
+/// as long as the process. On Windows in the process's 8-bit code page, unlike the paths of the module below, which are UTF-8.
 BRVUTILS_API const char* getBasePath();
 
 /// The same for `COMPUTE_PATH`.

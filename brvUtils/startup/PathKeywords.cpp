@@ -8,9 +8,7 @@
 
 #include <brv/Path.h>
 
-#include <algorithm>
 #include <iostream>
-#include <mutex>
 #include <sstream>
 
 // Keywords: from a text of parts to the folders that "datafile.cfg" gives it.
@@ -18,15 +16,6 @@
 namespace brvUtils {
 
 namespace {
-
-using Guard = std::lock_guard<Utilities::CriticalSectionWrapper>;
-
-constexpr auto utf8 = Utilities::Encoding::Mode::Utf8;
-
-Configurations& state()
-{
-    return Configurations::instance();
-}
 
 std::vector<std::string> split(const std::string& text, const char* separators)
 {
@@ -106,6 +95,12 @@ std::string firstFolderOf(const std::string& keyword)
     return entry.value.empty() ? std::string() : firstFolder(entry.value) + entry.rest;
 }
 
+/// Of a folder, also with a separator behind it, which some systems do not take.
+bool exists(const std::string& path)
+{
+    return fileOrFolderExist(path, utf8) || folderExist(path.c_str(), utf8);
+}
+
 /// The spelling on the disk, where it is asked for.
 std::string withRepairedCase(const std::string& path)
 {
@@ -130,11 +125,11 @@ void explainFolder(std::ostream& out, const std::string& folder)
     }
     switch (resolved.fault) {
     case ResolvedText::Fault::none:
-        out << "    gives  " << resolved.text << (fileOrFolderExist(resolved.text, utf8) ? "" : "  (does not exist)") << '\n';
+        out << "    gives  " << resolved.text << (exists(resolved.text) ? "" : "  (does not exist)") << '\n';
         break;
     case ResolvedText::Fault::noEnd: out << "    stays as it is: a \"${\" has no \"}\"\n"; break;
     case ResolvedText::Fault::undefined: out << "    stays as it is: there is no variable " << resolved.name << '\n'; break;
-    case ResolvedText::Fault::endless: out << "    stays as it is: " << resolved.name << " leads back to itself\n"; break;
+    case ResolvedText::Fault::endless: out << "    stays as it is: " << resolved.name << " leads back to itself, or to too much text\n"; break;
     }
 }
 
@@ -195,10 +190,13 @@ void EnvConfig::setSeparatedPath(const std::string& keyword, std::vector<std::st
         file.setEntry(key, "Common", value);
         return;
     }
-    file.setSection("Common");
-    file.modifyEntry(key, value);
     const std::string name = file.getFileName();
-    file.load(name);
+    file.setSection("Common");
+    if (file.modifyEntry(key, value)) {
+        file.load(name);
+    } else {
+        reportUnsaved(name);
+    }
 }
 
 std::string EnvConfig::getRelativePath(const std::string& keyword, const std::string& file)
@@ -227,7 +225,7 @@ std::string EnvConfig::findInPath(const std::string& keyword, const std::string&
     }
     for (const std::string& candidate : candidates) {
         const std::string path = resolveGenericPath(file.empty() ? candidate : candidate + "/" + file);
-        if (fileOrFolderExist(path, utf8)) {
+        if (exists(path)) {
             return withRepairedCase(path);
         }
     }
@@ -245,7 +243,10 @@ std::string EnvConfig::explain(const std::string& keyword)
     }
     const Utilities::ConfigFile& file = state().dataFile;
     out << "  file     " << file.getFileName() << "  (configuration " << state().current.get() << ")\n";
-    const Entry entry = findEntry(keyword);
+    Entry entry = findEntry(keyword);
+    if (entry.value.empty()) {
+        entry = {keyword, state().dataFile[keyword], {}}; // where all folders are asked for, the text as it stands counts too
+    }
     if (entry.value.empty()) {
         out << "  no entry for it, nor for what it begins with\n";
         return out.str();
@@ -258,6 +259,9 @@ std::string EnvConfig::explain(const std::string& keyword)
     }
     for (const std::string& folder : foldersOf(entry)) {
         explainFolder(out, folder);
+    }
+    if (firstFolder(entry.value).empty()) {
+        out << "  first    " << getFirstPath(keyword) << "  (by a shorter entry, since the first folder is empty)\n";
     }
     return out.str();
 }

@@ -49,11 +49,12 @@ TEST_F(PathKeywords, FindTheFirstFolderThatHoldsAFile)
     root.write("two/sub/file.txt", "");
     root.write("three/sub/file.txt", "");
     root.write("three/sub/caf\xC3\xA9.txt", "");
-    select("DATA=${STUDIO_PATH}/one;${STUDIO_PATH}/two;${STUDIO_PATH}/three\ndata=${STUDIO_PATH}/two;${STUDIO_PATH}/three\n");
+    select("DATA=${STUDIO_PATH}/one;${STUDIO_PATH}/two;${STUDIO_PATH}/three\nROOT=${STUDIO_PATH}\ndata=${STUDIO_PATH}/two;${STUDIO_PATH}/three\n");
     EXPECT_EQ(EnvConfig::findInPath("DATA/sub", "file.txt"), studio + "/two/sub/file.txt");
     EXPECT_EQ(EnvConfig::findInPath("DATA/sub", "caf\xC3\xA9.txt"), studio + "/three/sub/caf\xC3\xA9.txt");
     EXPECT_EQ(EnvConfig::findInPath("DATA\\sub", ""), studio + "/two/sub") << "a folder will do";
     EXPECT_EQ(EnvConfig::findInPath("DATA/sub", "nothing"), "");
+    EXPECT_EQ(EnvConfig::findInPath("ROOT", ""), studio + "/");
 
     std::string found;
     EXPECT_TRUE(buildAbsoluteFileName("sub", "", "file.txt", found));
@@ -85,7 +86,9 @@ TEST_F(PathKeywords, AreChangedHereOrInTheFile)
 TEST_F(PathKeywords, ExplainThemselves)
 {
     EXPECT_EQ(EnvConfig::explain("A"), "A\n  no configuration is selected\n");
-    select("A=${STUDIO_PATH}/c;${BRV_TEST_NOTHING}/x\n");
+    select("A=${STUDIO_PATH}/c;${BRV_TEST_NOTHING}/x\nFIRSTnone=;y\nFIRST=x\nW/hole=z\n");
+    EXPECT_THAT(EnvConfig::explain("FIRST/none"), testing::EndsWith("  first    x/none  (by a shorter entry, since the first folder is empty)\n"));
+    EXPECT_THAT(EnvConfig::explain("W/hole"), HasSubstr("  entry    W/hole = z\n"));
     const EnvironmentGuard variable("BRV_TEST_NOTHING");
     EXPECT_EQ(EnvConfig::explain("B/x"), "B/x\n  file     " + studio + "/c/datafile.cfg  (configuration C)\n  no entry for it, nor for what it begins with\n");
     EXPECT_EQ(EnvConfig::explain("A/Process.xfg"),
@@ -130,8 +133,8 @@ TEST_F(GenericPath, StaysAsItIsAfterAFaultAndTellsIt)
     const std::pair<std::string, std::string> rows[] = {
         {"${STUDIO_PATH/x", "Environment variable start tag \"${\" found, but no end tag \"}\"\n"},
         {"a${PlatformName}${BRV_NONE}", "No BRV_NONEenvironment variable found\n"},
-        {"${BRV_SELF}", "Environment variable BRV_SELF leads back to itself\n"},
-        {"x${BRV_ONE}y", "Environment variable BRV_ONE leads back to itself\n"},
+        {"${BRV_SELF}", "Environment variable BRV_SELF leads back to itself, or to too much text\n"},
+        {"x${BRV_ONE}y", "Environment variable BRV_ONE leads back to itself, or to too much text\n"},
     };
     for (const auto& [path, message] : rows) {
         const CapturedOutput captured;

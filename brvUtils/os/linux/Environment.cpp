@@ -1,6 +1,6 @@
 #include "brvUtils/os/Environment.h"
 
-#include "brvUtils/os/EnvironmentMutex.h"
+#include "brvUtils/os/linux/EnvironmentMutex.h"
 #include "brvUtils/os/linux/Errno.h"
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
 #include "brvUtils/os/linux/NameSpaceFolder.h"
 
+#include "brvUtils/os/Environment.h"
 #include "brvUtils/os/linux/Errno.h"
 
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,12 +22,12 @@ NameSpaceFolder::~NameSpaceFolder()
 
 ErrorCode NameSpaceFolder::open()
 {
-    const char* shared = std::getenv("STUDIO_IPC_NAMESPACE");
-    shared_ = shared != nullptr && *shared != '\0';
+    const std::string shared = environmentVariable("STUDIO_IPC_NAMESPACE").value_or("");
+    shared_ = !shared.empty();
     if (!shared_) {
         path_ = sharedMemoryFileSystem + "brvUtils-" + std::to_string(geteuid());
     } else {
-        path_ = std::string(shared).find('/') != std::string::npos ? shared : sharedMemoryFileSystem + shared;
+        path_ = shared.find('/') != std::string::npos ? shared : sharedMemoryFileSystem + shared;
     }
 
     const mode_t mode = shared_ ? 02770 : 0700;

@@ -2,6 +2,8 @@
 
 #include "brvUtils/os/Network.h"
 
+#include "brvUtils/os/Encoding.h"
+
 #include <winsock2.h>
 
 #include <ws2tcpip.h>
@@ -27,7 +29,7 @@ std::uint32_t dottedAddress(const std::string& text)
 std::string hostName()
 {
     char name[256] = {};
-    return gethostname(name, sizeof name - 1) == 0 ? name : std::string();
+    return gethostname(name, sizeof name - 1) == 0 ? utf8FromWide(wideFromLocal(name)) : std::string();
 }
 
 bool lookUpHost(const std::string& name, std::uint32_t& address)

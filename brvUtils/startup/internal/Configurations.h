@@ -4,8 +4,10 @@
 #include "brvUtils/startup/internal/SharedText.h"
 
 #include <Utilities/ConfigFile.h>
+#include <Utilities/Encoding.h>
 
 #include <map>
+#include <mutex>
 #include <string>
 
 namespace brvUtils {
@@ -27,5 +29,17 @@ struct Configurations
     /// Asks the system for the name of this computer.
     static std::string askHostName();
 };
+
+inline Configurations& state()
+{
+    return Configurations::instance();
+}
+
+using Guard = std::lock_guard<Utilities::CriticalSectionWrapper>;
+
+constexpr auto utf8 = Utilities::Encoding::Mode::Utf8;
+
+/// What a change that lives on in this process alone is answered with.
+void reportUnsaved(const std::string& file);
 
 } // namespace brvUtils

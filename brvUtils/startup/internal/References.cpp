@@ -10,6 +10,7 @@ namespace brvUtils {
 namespace {
 
 constexpr std::size_t mostReferences = 10'000;
+constexpr std::size_t mostText = 1 << 20; // bytes that the values may add
 
 std::optional<std::string> valueOf(const std::string& name)
 {
@@ -58,6 +59,7 @@ ResolvedText resolveReferences(std::string text)
     result.text = std::move(text);
     std::string& resolved = result.text;
     Nesting nesting;
+    const std::size_t longest = resolved.size() + mostText;
     std::size_t start = 0;
     while ((start = resolved.find("${", start)) != std::string::npos) {
         const std::size_t end = resolved.find('}', start);
@@ -67,7 +69,7 @@ ResolvedText resolveReferences(std::string text)
         }
         result.name = resolved.substr(start + 2, end - start - 2);
         nesting.leaveUpTo(resolved.size() - start);
-        if (nesting.isInside(result.name) || result.variables.size() == mostReferences) {
+        if (nesting.isInside(result.name) || result.variables.size() == mostReferences || resolved.size() > longest) {
             result.fault = ResolvedText::Fault::endless;
             return result;
         }

@@ -14,10 +14,12 @@ class SharedText
 public:
     const std::string& get() const { return *text_.load(std::memory_order_acquire); }
 
-    void set(const std::string& text)
+    const std::string& set(const std::string& text)
     {
         const std::lock_guard guard(mutex_);
-        text_.store(&*texts_.insert(text).first, std::memory_order_release);
+        const std::string& kept = *texts_.insert(text).first;
+        text_.store(&kept, std::memory_order_release);
+        return kept;
     }
 
     bool empty() const { return get().empty(); }
