@@ -144,6 +144,9 @@ struct FileLock::Held
         if (made && file.open() && fstat(file.get(), &status) == 0 && status.st_size == 0 && sameFile(file.get(), path)) {
             unlink(path.c_str());
         }
+        if (file.open()) {
+            unlockAll(file.get()); // closing would leave it to the copy of a forked child
+        }
     }
 };
 

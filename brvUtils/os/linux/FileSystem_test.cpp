@@ -1,5 +1,8 @@
 #include "brvUtils/os/FileSystem.h"
 
+#include "brvUtils/os/linux/Descriptor.h"
+#include "brvUtils/os/linux/RecordLock.h"
+
 #include "testing/Child.h"
 #include "testing/TemporaryFolder.h"
 
@@ -9,6 +12,8 @@
 #include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace brvUtils::os {
 namespace {
@@ -44,6 +49,26 @@ TEST(FileReplacement, LeavesTheOldFileWhereTheDiskIsFull)
     child.expectExit(0);
     EXPECT_EQ(folder.read("file"), "old");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+}
+
+TEST(FileLock, IsNotKeptByAForkedChild)
+{
+    const brvTesting::TemporaryFolder folder;
+    const std::string path = folder.write("file", "");
+    pid_t child = 0;
+    {
+        const FileLock lock(path);
+        child = fork();
+        if (child == 0) {
+            pause();
+            _exit(0);
+        }
+    }
+    Descriptor file;
+    file.take(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(setRecordLock(file.get(), F_WRLCK, 0), 0);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
 }
 
 TEST(FileSystem, ListsNoNameThatWouldLeadElsewhere)
