@@ -68,7 +68,9 @@ public:
     /// Writes the changes made since the last load or save. They are merged into the file as it is now, so that what others
     /// saved meanwhile is not lost, also when they save at the same moment; reads do not see it until the next load. Under
     /// another name than that of the file that was loaded, the whole of that file is written with its changes, over what is
-    /// there, and they stay due. Names are compared as texts, where separators do not count, nor case if the system ignores it.
+    /// there, and they stay due. When nothing could be loaded they are merged into any file, and stay due unless it has the
+    /// name of that load. Names are compared as texts, where kinds of separators and `.` parts do not count, nor case if the
+    /// system ignores it.
     /// Comments, order and line ends of what did not change stay as they are, byte for byte. A new entry is put behind the
     /// last one of its section.
     ///

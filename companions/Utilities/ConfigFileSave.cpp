@@ -40,11 +40,24 @@ std::string entryName(std::string_view section, std::string_view key)
     return std::string(section).append(1, '\n').append(key);
 }
 
-bool sameName(std::string a, std::string b)
+/// The path with `/` alone, and without parts that mean nothing: `.` and empty ones.
+std::string plain(std::string path)
 {
-    std::replace(a.begin(), a.end(), '\\', '/');
-    std::replace(b.begin(), b.end(), '\\', '/');
-    return os::sameFileName(a, b);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    std::string result;
+    for (std::size_t begin = 0, end = 0; end != path.npos; begin = end + 1) {
+        end = path.find('/', begin);
+        const std::string part = path.substr(begin, end - begin);
+        if (part != "." && (!part.empty() || begin <= 1)) { // a root begins with one separator or two
+            result += part + '/';
+        }
+    }
+    return result;
+}
+
+bool sameName(const std::string& a, const std::string& b)
+{
+    return os::sameFileName(plain(a), plain(b));
 }
 
 } // namespace
@@ -60,6 +73,7 @@ std::string ConfigFile::changed(const std::string& text) const
     std::unordered_map<const Change*, Edit> replaced;
     std::unordered_map<std::string, std::size_t> sectionEnds;
     std::vector<Edit> edits;
+    bool lastLineGoes = false;
     for (ConfigLines lines(text); lines.next();) {
         if (lines.kind() == ConfigLines::Kind::other) {
             continue;
@@ -75,6 +89,7 @@ std::string ConfigFile::changed(const std::string& text) const
             replaced[&change] = {begin, begin + lines.value().size(), *change.value};
         } else {
             edits.push_back({lines.begin(), lines.end(), {}});
+            lastLineGoes = lines.end() == text.size();
         }
     }
     for (const auto& entry : replaced) {
@@ -92,7 +107,7 @@ std::string ConfigFile::changed(const std::string& text) const
         const std::string line = change.key + " = " + *change.value;
         const auto end = sectionEnds.find(change.section);
         if (end != sectionEnds.end()) {
-            const bool lineIsOpen = text[end->second - 1] != '\n'; // the last one of the file, perhaps
+            const bool lineIsOpen = text[end->second - 1] != '\n' && !lastLineGoes; // the last one of the file, perhaps
             edits.push_back({end->second, end->second, lineIsOpen ? lineEnd + line : line + lineEnd});
         } else {
             std::string& entries = newEntries[change.section];
@@ -105,7 +120,7 @@ std::string ConfigFile::changed(const std::string& text) const
 
     std::string result = withEdits(text, std::move(edits));
     for (const std::string& section : newSections) {
-        if (!result.empty()) {
+        if (ConfigLines(result).next()) { // more than a byte-order mark
             result += result.back() != '\n' ? lineEnd + lineEnd : lineEnd;
         }
         result += '[' + section + ']' + lineEnd + newEntries[section];
@@ -122,7 +137,8 @@ bool ConfigFile::save(const std::string& path)
     if (lock.error() != os::error::none) {
         return false;
     }
-    if (loaded_ && !sameName(path, fileName_)) {
+    const bool isOwn = sameName(path, fileName_);
+    if (!isOwn && (loaded_ || !text_.empty())) {
         return os::replaceFile(path, changed(text_)) == os::error::none;
     }
     std::string now;
@@ -134,8 +150,10 @@ bool ConfigFile::save(const std::string& path)
     if (os::replaceFile(path, merged) != os::error::none) {
         return false;
     }
-    text_ = std::move(merged);
-    changes_.clear();
+    if (isOwn) {
+        text_ = std::move(merged);
+        changes_.clear();
+    }
     return true;
 }
 
@@ -145,13 +163,14 @@ bool ConfigFile::createEmptyConfigFile(const std::string& path)
         return false;
     }
     os::FileStatus status;
-    if (os::fileStatus(path, status) == os::error::none) {
+    const bool wasThere = os::fileStatus(path, status) == os::error::none;
+    if (wasThere && (!status.isFile || !status.writable || status.size > 0)) {
         return status.isFile;
     }
-    // Others may create it at this moment, and save.
+    // Others may create it at this moment, and save; and an empty one may be theirs for as long as they lock it.
     const os::FileLock lock(path);
     if (lock.error() != os::error::none) {
-        return false;
+        return wasThere;
     }
     const bool isThere = os::fileStatus(path, status) == os::error::none && status.size > 0;
     return isThere || os::replaceFile(path, {}) == os::error::none;

@@ -1,5 +1,6 @@
 #include "Utilities/ConfigFile.h"
 
+#include "brvUtils/os/FileSystem.h"
 #include "testing/Child.h"
 #include "testing/TemporaryFolder.h"
 
@@ -8,6 +9,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <thread>
 
 namespace Utilities {
 namespace {
@@ -96,6 +99,8 @@ TEST(ConfigFile, SavesWhatChangedAndKeepsEveryOtherByte)
         {replaced("[A]\r\n", "[A]\r\nc = 1\r\n"), [](ConfigFile& file) { file.modifyEntry("c", "A", "1"); }},
         {text + "\r\nz = 1\r\ny = 2",
             [](ConfigFile& file) { file.modifyEntry("z", "B", "1"); file.modifyEntry("y", "B", "2"); }},
+        {replaced("\r\nlast=", "\r\nz = 1\r\n"),
+            [](ConfigFile& file) { file.deleteEntry("last", "B"); file.modifyEntry("z", "B", "1"); }},
         {text + "\r\n\r\n[New]\r\nz = 1\r\ny = 2\r\n",
             [](ConfigFile& file) { file.modifyEntry("z", "New", "1"); file.modifyEntry("y", "New", "2"); }},
     };
@@ -144,6 +149,32 @@ TEST(ConfigFile, GivesBackWhatItTookAndRefusesTheRest)
         EXPECT_EQ(file.getVariablesNames(section), Names(good.begin(), good.end()));
         for (std::size_t i = 0; i < good.size(); ++i) {
             EXPECT_EQ(file[good[i]], good[good.size() - 1 - i]);
+        }
+    }
+}
+
+TEST(ConfigFile, KnowsTheFileItLoadedAndHasNoneBefore)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.write("file.cfg", "\xEF\xBB\xBF");
+    const std::string otherWay = folder.file() + "/.\\\\./file.cfg";
+    ConfigFile ours(otherWay);
+    ConfigFile theirs(path);
+    EXPECT_TRUE(ours.modifyEntry("ours", "1"));
+    theirs.modifyEntry("theirs", "Common", "1");
+    EXPECT_TRUE(theirs.save(otherWay)); // merged
+    EXPECT_EQ(folder.read("file.cfg"), "\xEF\xBB\xBF[Common]\nours = 1\ntheirs = 1\n");
+    EXPECT_TRUE(theirs.save(folder.write(".cfg", "replaced"))); // another name
+    EXPECT_EQ(folder.read(".cfg"), folder.read("file.cfg"));
+
+    ConfigFile fresh;
+    ConfigFile missing(folder.file("missing.cfg"));
+    for (ConfigFile* file : {&fresh, &missing}) {
+        file->modifyEntry("key", "Common", "value");
+        for (const std::string name : {"first.cfg", "missing.cfg", "second.cfg"}) {
+            EXPECT_TRUE(file->save(folder.file(name)));
+            EXPECT_NE(folder.read(name).find("key = value\n"), std::string::npos);
+            std::filesystem::remove(folder.path() / name);
         }
     }
 }
@@ -299,6 +330,16 @@ TEST(ConfigFile, CreatesAFileWhereThereIsNone)
     EXPECT_FALSE(ConfigFile::createEmptyConfigFile(folder.file()));
     EXPECT_FALSE(ConfigFile::createEmptyConfigFile(""));
     EXPECT_FALSE(ConfigFile().modifyEntry("key", "value"));
+
+    for (int i = 0; i < 20; ++i) { // a lock may make an empty file, which goes away with it
+        auto lock = std::make_unique<brvUtils::os::FileLock>(folder.file("locked.cfg"));
+        std::thread creator([&] { EXPECT_TRUE(ConfigFile::createEmptyConfigFile(folder.file("locked.cfg"))); });
+        std::this_thread::yield();
+        lock.reset();
+        creator.join();
+        EXPECT_EQ(folder.read("locked.cfg"), "");
+        std::filesystem::remove(folder.path() / "locked.cfg");
+    }
 }
 
 } // namespace
