@@ -23,7 +23,7 @@ struct FileStatus
     bool readable = false; ///< What the owner may do; on Windows what the run-time library makes of attributes and name.
     bool writable = false;
     bool executable = false;
-    std::uint64_t size = 0; ///< In bytes; of a file.
+    std::uint64_t size = 0; ///< In bytes; 0 for what is no file.
 };
 
 /// What a path names, behind links. `status` is as it was when an error is given.
@@ -62,8 +62,9 @@ std::string spellingOnDisk(const std::string& path);
 /// Whether two names mean the same entry of a folder. Where case does not count it does not count here either.
 bool sameFileName(const std::string& a, const std::string& b);
 
-/// The bytes of a file, which others may replace meanwhile: they are those of one of its versions. `contents` is as it
-/// was when an error is given.
+/// The bytes of a file, which others may replace meanwhile: they are those of one of its versions. On Windows
+/// the call tries for up to a second to open a file that is refused, as one is while it is being replaced; a folder is an
+/// error at once. `contents` is as it was when an error is given.
 ErrorCode readFile(const std::string& path, std::string& contents);
 
 /// Makes `contents` the bytes of a file, which need not exist. They are written to a file beside it that then takes its

@@ -53,7 +53,7 @@ ErrorCode fileStatus(const std::string& path, FileStatus& status)
     status.readable = (entry.st_mode & S_IRUSR) != 0;
     status.writable = (entry.st_mode & S_IWUSR) != 0;
     status.executable = (entry.st_mode & S_IXUSR) != 0;
-    status.size = static_cast<std::uint64_t>(entry.st_size);
+    status.size = status.isFile ? static_cast<std::uint64_t>(entry.st_size) : 0;
     return error::none;
 }
 

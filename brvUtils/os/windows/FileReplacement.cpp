@@ -15,6 +15,31 @@ namespace brvUtils::os {
 namespace {
 
 constexpr int patience = 100; // attempts, 10 ms apart
+constexpr ULONGLONG readersPatience = 1000; // ms
+
+bool isFolder(const std::wstring& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// Opens a file that others may be replacing at this moment, during which the system refuses it.
+void openForReading(const std::wstring& path, ScopedHandle& file)
+{
+    const ULONGLONG start = GetTickCount64();
+    while (true) {
+        // Sharing everything, so as to stand in the way of nobody who replaces the file.
+        file.take(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        const DWORD fault = file.open() ? ERROR_SUCCESS : GetLastError();
+        const bool mayPass = fault == ERROR_SHARING_VIOLATION || (fault == ERROR_ACCESS_DENIED && !isFolder(path));
+        if (!mayPass || GetTickCount64() - start >= readersPatience) {
+            SetLastError(fault);
+            return;
+        }
+        Sleep(1);
+    }
+}
 
 /// Makes a file of a new name beside `path` and gives the name.
 std::wstring createBeside(const std::wstring& path, ScopedHandle& file)
@@ -92,9 +117,8 @@ bool putInPlace(const std::wstring& written, const std::wstring& path)
 
 ErrorCode readFile(const std::string& path, std::string& contents)
 {
-    // Sharing everything, so as to stand in the way of nobody who replaces the file.
-    const ScopedHandle file(CreateFileW(wideFromUtf8(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ScopedHandle file;
+    openForReading(wideFromUtf8(path), file);
     if (!file.open()) {
         return GetLastError();
     }
