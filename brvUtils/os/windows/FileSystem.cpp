@@ -21,6 +21,15 @@ ErrorCode outcome(bool success)
     return success ? error::none : GetLastError();
 }
 
+/// A folder that holds its entries itself. Links and junctions lead elsewhere; other reparse points, as of files kept in
+/// a cloud, are but a way to store it.
+bool isOwnFolder(const WIN32_FIND_DATAW& entry)
+{
+    const bool leadsElsewhere = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
+        && (entry.dwReserved0 == IO_REPARSE_TAG_SYMLINK || entry.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !leadsElsewhere;
+}
+
 /// Owns a search through a folder.
 class Search
 {
@@ -113,10 +122,8 @@ ErrorCode listFolder(const std::string& path, std::vector<FolderEntry>& entries)
     for (int faults = 0; faults < 100;) {
         if (search.next()) {
             const std::wstring name = search.found().cFileName;
-            const DWORD attributes = search.found().dwFileAttributes;
             if (name != L"." && name != L"..") {
-                entries.push_back({ utf8FromWide(name),
-                    (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == FILE_ATTRIBUTE_DIRECTORY });
+                entries.push_back({ utf8FromWide(name), isOwnFolder(search.found()) });
             }
         } else if (GetLastError() == ERROR_NO_MORE_FILES) {
             return error::none;
