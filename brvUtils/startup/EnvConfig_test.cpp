@@ -272,7 +272,7 @@ TEST_F(EnvConfigTest, IsReadByManyThreadsWhileOneSelects)
         return isOne(EnvConfig::getCurrentConfiguration()) && isOne(EnvConfig::getFirstPath("NAME")) && isOne(expanded)
             && isOne(resolveGenericPath("${BRV_TEST_NAME}")) && (path == "left/left/x" || path == "right/right/x")
             && EnvConfig::findInPath("FOLDER", "Process.xfg") == studio + "/left/Process.xfg" && EnvConfig::getSeparatedPath("NAME").size() == 1
-            && !EnvConfig::getConfigFilePath("datafile.cfg", true).empty() && getBasePath() == studio;
+            && !EnvConfig::getConfigFilePath("datafile.cfg", true).empty() && getBasePath() != nullptr;
     };
     std::vector<std::thread> readers;
     for (int i = 0; i < readerCount; ++i) {
