@@ -2,6 +2,8 @@
 #include "brvUtils/os/linux/EventState.h"
 #include "brvUtils/os/linux/EventTransaction.h"
 #include "testing/Child.h"
+#include "testing/EnvironmentGuard.h"
+#include "testing/TemporaryFolder.h"
 #include "testing/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -145,6 +147,9 @@ BRV_CHILD(opener)
 
 TEST(EventTransaction, AnAbandonedOneIsEndedForTheNextProcessOfTheRecord)
 {
+    // No process of another test shall have the ticket.
+    const TemporaryFolder folder;
+    const EnvironmentGuard nameSpace("STUDIO_IPC_NAMESPACE", (folder.path() / "objects").string());
     WaitForAllBeside beside("took one");
     Handle& second = *handleOf(beside.events[1]);
     const auto record = static_cast<std::uint32_t>(second.state->load() >> 54);
