@@ -77,16 +77,6 @@ bool readLine(std::istream& text, std::string& line)
     return true;
 }
 
-/// Some systems find no folder whose name ends with a separator.
-std::string resolveFolder(const std::string& path)
-{
-    std::string folder = resolveGenericPath(path);
-    while (folder.size() > 1 && (folder.back() == '/' || folder.back() == '\\') && folder[folder.size() - 2] != ':') {
-        folder.pop_back();
-    }
-    return folder;
-}
-
 void declare(const std::string& name, const std::string& folder)
 {
     EnvConfig::ConfigurationInfos& infos = state().declared[name];
@@ -102,7 +92,7 @@ void readListFile(const std::string& file, bool isMain)
     for (const std::string& section : {std::string("Common"), host}) {
         list.setSection(section);
         for (const std::string& name : list.getVariablesNames(section)) {
-            const std::string folder = resolveFolder(list[name]);
+            const std::string folder = withoutEndSeparators(resolveGenericPath(list[name]));
             if (fileOrFolderExist(folder, utf8)) {
                 declare(name, folder);
             }
@@ -241,7 +231,7 @@ bool EnvConfig::getConfigVersion(const std::string& folder, Version& out)
 void EnvConfig::addConfig(const std::string& name, const std::string& path)
 {
     const Guard guard(ourCS);
-    declare(name, resolveFolder(path));
+    declare(name, withoutEndSeparators(resolveGenericPath(path)));
     const Overlay compute = computeOverlay();
     const Overlay local = localOverlay();
     const std::string file = compute.isUsed() ? compute.find() : local.isUsed() ? local.find() : state().mainFile.get();

@@ -46,6 +46,14 @@ std::string Configurations::askHostName()
     return name;
 }
 
+std::string withoutEndSeparators(std::string path)
+{
+    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\') && path[path.size() - 2] != ':') {
+        path.pop_back();
+    }
+    return path;
+}
+
 void reportUnsaved(const std::string& file)
 {
     std::cerr << "Cannot save \"" + file + "\": the change is known to this process alone.\n" << std::flush;

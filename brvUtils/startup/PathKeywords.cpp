@@ -95,10 +95,9 @@ std::string firstFolderOf(const std::string& keyword)
     return entry.value.empty() ? std::string() : firstFolder(entry.value) + entry.rest;
 }
 
-/// Of a folder, also with a separator behind it, which some systems do not take.
 bool exists(const std::string& path)
 {
-    return fileOrFolderExist(path, utf8) || folderExist(path.c_str(), utf8);
+    return fileOrFolderExist(withoutEndSeparators(path), utf8);
 }
 
 /// The spelling on the disk, where it is asked for.

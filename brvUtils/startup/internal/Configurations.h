@@ -39,6 +39,9 @@ using Guard = std::lock_guard<Utilities::CriticalSectionWrapper>;
 
 constexpr auto utf8 = Utilities::Encoding::Mode::Utf8;
 
+/// The path without separators at its end, but for a root's: some systems find no folder whose name ends with one.
+std::string withoutEndSeparators(std::string path);
+
 /// What a change that lives on in this process alone is answered with.
 void reportUnsaved(const std::string& file);
 
