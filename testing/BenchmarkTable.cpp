@@ -1,6 +1,7 @@
 #include "testing/BenchmarkTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -71,6 +72,28 @@ void printAligned(std::ostream& stream, const std::vector<Line>& lines)
     }
 }
 
+/// Changes the value only when it can.
+bool parse(const char* text, double& value)
+{
+    char* end = nullptr;
+    const double number = std::strtod(text, &end);
+    if (end == text || *end != '\0' || !std::isfinite(number) || number <= 0) {
+        return false;
+    }
+    value = number;
+    return true;
+}
+
+[[noreturn]] void refuse(const std::vector<BenchmarkNumber>& numbers)
+{
+    std::cerr << "the only options are --json FILE";
+    for (const BenchmarkNumber& number : numbers) {
+        std::cerr << ", " << number.option << " N with N above 0";
+    }
+    std::cerr << '\n';
+    std::exit(2);
+}
+
 } // namespace
 
 std::optional<double> BenchmarkRow::peer() const
@@ -82,18 +105,26 @@ std::optional<double> BenchmarkRow::peer() const
     return best;
 }
 
-BenchmarkTable::BenchmarkTable(int argc, char** argv)
+BenchmarkTable::BenchmarkTable(int argc, char** argv, const std::vector<BenchmarkNumber>& numbers)
 {
-    if (argc <= 1) {
-        return;
+    for (int i = 1; i < argc; i += 2) {
+        const std::string option = argv[i];
+        const auto number = std::find_if(numbers.begin(), numbers.end(), [&](const BenchmarkNumber& known) { return known.option == option; });
+        const char* const value = i + 1 < argc ? argv[i + 1] : nullptr;
+        if (value == nullptr || (number == numbers.end() ? option != "--json" : !parse(value, *number->value))) {
+            refuse(numbers);
+        }
+        if (number == numbers.end()) {
+            open(value);
+        }
     }
-    if (argc != 3 || std::string(argv[1]) != "--json") {
-        std::cerr << "the only option is --json FILE\n";
-        std::exit(2);
-    }
-    json_.open(argv[2], std::ios::binary);
+}
+
+void BenchmarkTable::open(const std::string& file)
+{
+    json_ = std::ofstream(file, std::ios::binary);
     if (!json_) {
-        std::cerr << "cannot write \"" << argv[2] << "\"\n";
+        std::cerr << "cannot write \"" << file << "\"\n";
         std::exit(2);
     }
 }

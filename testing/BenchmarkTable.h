@@ -21,6 +21,13 @@ struct BenchmarkRow
     std::optional<double> peer() const;
 };
 
+/// A further option of a benchmark program: `--seconds 5`.
+struct BenchmarkNumber
+{
+    std::string option; ///< "--seconds"
+    double* value; ///< Changed when the option is given, to a finite number above 0. Not owned.
+};
+
 /// Collects what a benchmark program measured, prints it and, with `--json FILE` on the command line, writes it to a file
 /// for other programs.
 ///
@@ -33,9 +40,9 @@ struct BenchmarkRow
 class BenchmarkTable
 {
 public:
-    /// Knows `--json FILE`. Ends the process with code 2, and a line on the error stream, when the arguments are anything
-    /// else or the file cannot be written: before there is a measurement to lose.
-    BenchmarkTable(int argc, char** argv);
+    /// Knows `--json FILE` and those numbers. Ends the process with code 2, and a line on the error stream, when the
+    /// arguments are anything else or the file cannot be written: before there is a measurement to lose.
+    BenchmarkTable(int argc, char** argv, const std::vector<BenchmarkNumber>& numbers = {});
 
     /// Adds a row below those before.
     void add(BenchmarkRow row) { rows_.push_back(std::move(row)); }
@@ -49,6 +56,8 @@ public:
     int finish();
 
 private:
+    void open(const std::string& file);
+
     std::vector<BenchmarkRow> rows_;
     std::ofstream json_; ///< Closed when none was asked for.
 };

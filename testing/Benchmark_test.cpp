@@ -55,16 +55,25 @@ BRV_CHILD(benchmark)
     for (std::string& word : words) {
         argv.push_back(word.data());
     }
-    BenchmarkTable(static_cast<int>(argv.size()), argv.data());
-    childSay("measuring");
+    double seconds = 5;
+    BenchmarkTable(static_cast<int>(argv.size()), argv.data(), {{"--seconds", &seconds}});
+    childSay("measuring " + std::to_string(static_cast<int>(seconds * 1000)));
     return 0;
+}
+
+TEST(BenchmarkTable, TakesTheNumbersItWasTold)
+{
+    const TemporaryFolder folder;
+    Child("benchmark").expectLine("measuring 5000");
+    Child("benchmark", {"--json", folder.file("rows.json"), "--seconds", "0.25"}).expectLine("measuring 250");
 }
 
 TEST(BenchmarkTable, RefusesWhatItCannotDoBeforeItMeasures)
 {
     const TemporaryFolder folder;
     for (const Arguments& arguments : {Arguments{"--jason", "x"}, Arguments{"--json"}, Arguments{"--json", folder.file("none/rows.json")},
-             Arguments{"--json", folder.file("rows.json"), "put"}}) {
+             Arguments{"--json", folder.file("rows.json"), "put"}, Arguments{"--seconds"}, Arguments{"--seconds", "0"}, Arguments{"--seconds", "1s"},
+             Arguments{"--seconds", "inf"}}) {
         Child child("benchmark", arguments);
         child.expectExit(2);
         EXPECT_EQ(child.readLine(), "");
