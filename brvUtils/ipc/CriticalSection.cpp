@@ -7,7 +7,7 @@ namespace brvUtils {
 CriticalSection::CriticalSection(ISemaphore* semaphore, char const* name, double timeout)
     : semaphore_(semaphore)
 {
-    if (!semaphore->ask(timeout)) {
+    if (semaphore == nullptr || !semaphore->ask(timeout)) {
         throw SemaphoreSynchroError(name);
     }
 }

@@ -33,7 +33,7 @@ constexpr int highestPriority = 6;
 ErrorCode setThreadPriority(Thread* thread, int priority) noexcept;
 
 /// The thread's priority on that scale; normalPriority when it has another one or the system does not tell.
-int threadPriority(const Thread* thread) noexcept;
+int threadPriority(Thread* thread) noexcept;
 
 /// Lets another thread run that waits for this processor, if there is one. Never sleeps.
 void yieldThread() noexcept;

@@ -3,6 +3,9 @@
 #include "Utilities/Clock.h"
 #include "brvUtils/export.h"
 
+#include <atomic>
+#include <memory>
+
 class HpTimeLog;
 
 namespace brvUtils {
@@ -43,8 +46,9 @@ public:
     /// \return false when the time was over before, or the mode is none of the three.
     bool ask(double timeout);
 
-    /// From now on each beat is recorded there while it is enabled: in MODE_TIMER on the timer's thread.
-    /// \param logger not owned; null for none. To be changed only while no beats come.
+    /// From now on each beat of MODE_TIMER is recorded there, on the timer's thread, while the log is enabled. The other
+    /// modes record nothing.
+    /// \param logger not owned; null for none. One that was replaced may still be used until pause().
     void setTimeLogger(HpTimeLog* logger);
 
 private:
@@ -55,9 +59,9 @@ private:
     double period_; ///< Seconds.
     double nextDeadline_ = 0.0; ///< Clock time before which ask() does not return; without meaning in MODE_TIMER.
     Utilities::Clock clock_;
-    HpTimeLog* timeLogger_ = nullptr;
-    ISemaphore* semaphore_ = nullptr; ///< In MODE_TIMER only.
-    ITimer* timer_ = nullptr; ///< In MODE_TIMER only.
+    std::atomic<HpTimeLog*> timeLogger_{nullptr};
+    std::unique_ptr<ISemaphore> semaphore_; ///< In MODE_TIMER only.
+    std::unique_ptr<ITimer> timer_; ///< In MODE_TIMER only; below the semaphore, which its thread frees.
 };
 
 } // namespace brvUtils

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Utilities/Clock.h"
 #include "brvUtils/time/ITimer.h"
 
 #include <memory>
@@ -8,7 +7,7 @@
 
 namespace brvUtils {
 
-class IThread;
+class Poller;
 
 namespace os {
 struct PeriodicTimer;
@@ -57,25 +56,24 @@ public:
     /// makes no further call then. No call of the system's timer is running or will come when it returns.
     bool pause() override;
 
+    /// Beats that the system's timer has left out since run(), because a callback took too long. Always 0 on Windows, where
+    /// the system does not tell, and for pollers, which leave none out.
+    unsigned long long getMissedBeats() const;
+
 private:
-    bool runTimer();
-    bool runTimerCritical();
-    void beatWhenDue();
-    bool pauseOne();
-    void startPoller();
     bool isInert() const;
-    static void Callback(void* self);
+    bool pausePoller();
+    std::unique_ptr<Poller> makePoller() const;
+    void startSystemTimer();
+    void startPoller();
 
     double period_; ///< Seconds.
     void (*callback_)(void*);
     void* context_;
-    os::PeriodicTimer* timer_ = nullptr;
-    std::unique_ptr<IThread> thread_; ///< The poller, or null.
-    std::vector<std::unique_ptr<IThread>> stopped_; ///< Pollers asked to stop that may still be in their last call.
+    os::PeriodicTimer* timer_ = nullptr; ///< Null while it does not beat.
+    std::unique_ptr<Poller> poller_; ///< Null where the mode needs none.
+    std::vector<std::unique_ptr<Poller>> stopped_; ///< Asked to stop, but still in their last call when last seen.
     unsigned long mode_;
-    Utilities::Clock clock_;
-    double lastTick_ = 0.0; ///< Clock time of the poller's last beat.
-    double lag_ = 0.0; ///< Seconds by which that was late.
 };
 
 } // namespace brvUtils

@@ -2,24 +2,12 @@
 
 #include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/Handle.h"
+#include "brvUtils/os/linux/PauseProcessor.h"
 
 #include <algorithm>
 #include <sched.h>
 
-#if defined(__x86_64__) || defined(__i386__)
-#include <immintrin.h>
-#endif
-
 namespace brvUtils::os {
-
-inline void pauseProcessor()
-{
-#if defined(__x86_64__) || defined(__i386__)
-    _mm_pause();
-#elif defined(__aarch64__)
-    asm volatile("yield");
-#endif
-}
 
 /// Decides per handle whether a wait looks again and again for a short while before it sleeps. Going to sleep and being
 /// woken costs tens of microseconds; who is answered sooner than that gains by looking, who waits for a frame loses.

@@ -1,0 +1,152 @@
+#include "brvUtils/os/PeriodicTimer.h"
+
+#include "brvUtils/os/linux/Deadline.h"
+#include "brvUtils/os/linux/EarlyWake.h"
+#include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/Futex.h"
+#include "brvUtils/os/linux/PauseProcessor.h"
+
+#include <algorithm>
+#include <csignal>
+#include <new>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/prctl.h>
+
+namespace brvUtils::os {
+
+struct PeriodicTimer
+{
+    void (*call)(void*);
+    void* context;
+    std::int64_t period; ///< Nanoseconds.
+    std::int64_t start; ///< Of the grid, on the monotonic clock.
+    pthread_t thread{};
+    StateWord stopped{0};
+    std::atomic<std::uint64_t> missed{0};
+};
+
+namespace {
+
+/// The timer whose call is running on this thread, until that call has stopped it.
+thread_local PeriodicTimer* calling = nullptr;
+
+/// As the system's beats come on Windows: ahead of ordinary threads, where this user may.
+void sharpenThisThread()
+{
+    sched_param parameters{};
+    parameters.sched_priority = sched_get_priority_min(SCHED_RR);
+    pthread_setschedparam(pthread_self(), SCHED_RR, &parameters);
+    prctl(PR_SET_TIMERSLACK, 1UL);
+}
+
+/// False when the timer was stopped before the moment came.
+bool sleepUntil(PeriodicTimer& timer, std::int64_t moment, EarlyWake& early)
+{
+    const std::int64_t alarm = moment - early.lead();
+    const timespec deadline{alarm / 1'000'000'000, alarm % 1'000'000'000};
+    bool slept = false;
+    while (timer.stopped.load() == 0 && monotonicNanoseconds() < alarm) {
+        futexWait(timer.stopped, 0, &deadline);
+        slept = true;
+    }
+    if (slept) {
+        early.wokenAfter(monotonicNanoseconds() - alarm);
+    }
+    while (timer.stopped.load() == 0) {
+        if (monotonicNanoseconds() >= moment) {
+            return true;
+        }
+        pauseProcessor();
+    }
+    return false;
+}
+
+/// The first beat of the grid that is still to come after `beat`; those that are over are counted.
+std::int64_t beatAfter(PeriodicTimer& timer, std::int64_t beat)
+{
+    const std::int64_t over = (monotonicNanoseconds() - timer.start) / timer.period;
+    if (over > beat) {
+        timer.missed.fetch_add(static_cast<std::uint64_t>(over - beat), std::memory_order_relaxed);
+    }
+    return std::max(over, beat) + 1;
+}
+
+void* beat(void* argument) noexcept
+{
+    auto* timer = static_cast<PeriodicTimer*>(argument);
+    sharpenThisThread();
+    EarlyWake early(timer->period);
+    calling = timer;
+    for (std::int64_t beat = 1; sleepUntil(*timer, timer->start + beat * timer->period, early);) {
+        timer->call(timer->context);
+        if (calling == nullptr) { // stopped by its own call, which left it to this thread
+            delete timer;
+            break;
+        }
+        beat = beatAfter(*timer, beat);
+    }
+    return nullptr;
+}
+
+/// Starts a thread that no signal of the program is handled on.
+int startUndisturbed(pthread_t& thread, void* (*body)(void*), void* argument)
+{
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    const int fault = pthread_create(&thread, nullptr, body, argument);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return fault;
+}
+
+} // namespace
+
+PeriodicTimerStart startPeriodicTimer(std::uint32_t milliseconds, void (*call)(void*), void* context) noexcept
+{
+    if (milliseconds == 0 || call == nullptr) {
+        return {nullptr, error::invalidParameter};
+    }
+    auto* timer = new (std::nothrow) PeriodicTimer{call, context, milliseconds * std::int64_t{1'000'000}, monotonicNanoseconds()};
+    if (timer == nullptr) {
+        return {nullptr, error::notEnoughMemory};
+    }
+    // The thread may look at everything but its own number, which is for whoever stops it.
+    if (const int fault = startUndisturbed(timer->thread, beat, timer); fault != 0) {
+        delete timer;
+        return {nullptr, fromErrno(fault)};
+    }
+    return {timer, error::none};
+}
+
+void stopPeriodicTimer(PeriodicTimer* timer) noexcept
+{
+    if (timer == nullptr) {
+        return;
+    }
+    timer->stopped.store(1);
+    if (calling == timer) {
+        calling = nullptr;
+        pthread_detach(pthread_self());
+        return;
+    }
+    futexWakeAll(timer->stopped);
+    pthread_join(timer->thread, nullptr);
+    delete timer;
+}
+
+std::uint64_t missedBeats(const PeriodicTimer* timer) noexcept
+{
+    return timer != nullptr ? timer->missed.load(std::memory_order_relaxed) : 0;
+}
+
+void beginTimerResolution(std::uint32_t) noexcept
+{
+}
+
+void endTimerResolution(std::uint32_t) noexcept
+{
+}
+
+} // namespace brvUtils::os

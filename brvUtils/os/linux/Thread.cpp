@@ -1,0 +1,207 @@
+#include "brvUtils/os/Thread.h"
+
+#include "brvUtils/os/linux/Deadline.h"
+#include "brvUtils/os/linux/Errno.h"
+#include "brvUtils/os/linux/Futex.h"
+
+#include <array>
+#include <mutex>
+#include <new>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/resource.h>
+
+namespace brvUtils::os {
+
+struct Thread
+{
+    Thread(void (*run)(void*), void* with)
+        : body(run)
+        , argument(with)
+    {
+    }
+
+    void (*const body)(void*);
+    void* const argument;
+    StateWord number{0}; ///< Of the thread in the kernel; 0 until it runs.
+    StateWord ended{0};
+    std::mutex alive; ///< Held while the number must not become another thread's.
+    Thread* next = nullptr; ///< In the list of all.
+};
+
+namespace {
+
+/// Every record of the process hangs here, since none is ever given back.
+std::atomic<Thread*> allThreads{nullptr};
+
+void keep(Thread* thread)
+{
+    thread->next = allThreads.load();
+    while (!allThreads.compare_exchange_weak(thread->next, thread)) {
+    }
+}
+
+void markEnded(void* record)
+{
+    auto* thread = static_cast<Thread*>(record);
+    const std::lock_guard lock(thread->alive);
+    thread->ended.store(1);
+    futexWakeAll(thread->ended);
+}
+
+/// The system calls markEnded once the thread is through with the destructors of its thread-local objects.
+pthread_key_t endMark()
+{
+    static const pthread_key_t key = [] {
+        pthread_key_t made{};
+        pthread_key_create(&made, markEnded);
+        return made;
+    }();
+    return key;
+}
+
+void* runBody(void* record) noexcept
+{
+    auto* thread = static_cast<Thread*>(record);
+    const bool marksItself = pthread_setspecific(endMark(), thread) == 0;
+    thread->number.store(static_cast<std::uint32_t>(gettid()));
+    futexWakeAll(thread->number);
+    thread->body(thread->argument);
+    if (!marksItself) {
+        markEnded(thread);
+    }
+    return nullptr;
+}
+
+/// The thread's number in the kernel, once it has one.
+pid_t numberOf(Thread& thread)
+{
+    std::uint64_t number;
+    while ((number = thread.number.load()) == 0) {
+        futexWait(thread.number, 0, nullptr);
+    }
+    return static_cast<pid_t>(number);
+}
+
+constexpr std::array<int, 6> niceOfPriority{0, 10, 5, 0, -5, -10}; // the first is the idle class
+
+ErrorCode changeNice(pid_t number, int priority)
+{
+    const int nice = niceOfPriority[static_cast<std::size_t>(priority)];
+    return setpriority(PRIO_PROCESS, static_cast<id_t>(number), nice) == 0 ? error::none : fromErrno(errno);
+}
+
+ErrorCode changeClass(pid_t number, int policy)
+{
+    sched_param parameters{};
+    parameters.sched_priority = sched_get_priority_min(policy); // real-time: ahead of all ordinary threads, and no more
+    return sched_setscheduler(number, policy, &parameters) == 0 ? error::none : fromErrno(errno);
+}
+
+ErrorCode changePriority(pid_t number, int priority)
+{
+    if (priority == lowestPriority) {
+        return changeClass(number, SCHED_IDLE);
+    }
+    if (priority == highestPriority) {
+        return changeClass(number, SCHED_RR);
+    }
+    // What may be refused comes first, so that a refusal leaves the thread as it was: nobody may be kept from yielding.
+    const bool yields = getpriority(PRIO_PROCESS, static_cast<id_t>(number)) < niceOfPriority[static_cast<std::size_t>(priority)];
+    const ErrorCode first = yields ? changeClass(number, SCHED_OTHER) : changeNice(number, priority);
+    if (first != error::none) {
+        return first;
+    }
+    return yields ? changeNice(number, priority) : changeClass(number, SCHED_OTHER);
+}
+
+int priorityOfNice(int nice)
+{
+    for (std::size_t priority = 1; priority < niceOfPriority.size(); ++priority) {
+        if (niceOfPriority[priority] == nice) {
+            return static_cast<int>(priority);
+        }
+    }
+    return normalPriority;
+}
+
+int readPriority(pid_t number)
+{
+    switch (sched_getscheduler(number)) {
+    case SCHED_IDLE: return lowestPriority;
+    case SCHED_RR: return highestPriority;
+    case SCHED_OTHER: break;
+    default: return normalPriority;
+    }
+    errno = 0;
+    const int nice = getpriority(PRIO_PROCESS, static_cast<id_t>(number));
+    return errno == 0 ? priorityOfNice(nice) : normalPriority;
+}
+
+} // namespace
+
+ThreadStart startThread(void (*body)(void*), void* argument) noexcept
+{
+    auto* thread = new (std::nothrow) Thread(body, argument);
+    if (thread == nullptr) {
+        return {nullptr, error::notEnoughMemory};
+    }
+    endMark();
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    pthread_t native{};
+    const int fault = pthread_create(&native, &attributes, runBody, thread); // which inherits class and niceness
+    pthread_attr_destroy(&attributes);
+    if (fault != 0) {
+        delete thread;
+        return {nullptr, fromErrno(fault)};
+    }
+    keep(thread);
+    return {thread, error::none};
+}
+
+WaitResult waitThread(Thread* thread, Milliseconds timeout) noexcept
+{
+    if (thread == nullptr) {
+        return {WaitStatus::failed, error::invalidHandle};
+    }
+    const Deadline deadline(monotonicNanoseconds(), timeout);
+    while (thread->ended.load() == 0) {
+        if (deadline.passed()) {
+            return {WaitStatus::timedOut, error::none};
+        }
+        futexWait(thread->ended, 0, deadline.moment());
+    }
+    return {WaitStatus::signalled, error::none};
+}
+
+ErrorCode setThreadPriority(Thread* thread, int priority) noexcept
+{
+    if (priority < lowestPriority || priority > highestPriority) {
+        return error::invalidParameter;
+    }
+    if (thread == nullptr) {
+        return error::invalidHandle;
+    }
+    const pid_t number = numberOf(*thread);
+    const std::lock_guard lock(thread->alive);
+    return thread->ended.load() == 0 ? changePriority(number, priority) : error::invalidHandle;
+}
+
+int threadPriority(Thread* thread) noexcept
+{
+    if (thread == nullptr) {
+        return normalPriority;
+    }
+    const pid_t number = numberOf(*thread);
+    const std::lock_guard lock(thread->alive);
+    return thread->ended.load() == 0 ? readPriority(number) : normalPriority;
+}
+
+void yieldThread() noexcept
+{
+    sched_yield();
+}
+
+} // namespace brvUtils::os
