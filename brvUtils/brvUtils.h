@@ -30,3 +30,6 @@
 #include "brvUtils/startup/GenericPath.h"
 #include "brvUtils/startup/InstanceKey.h"
 #include "brvUtils/startup/ModulePaths.h"
+#include "brvUtils/watchdog/WatchdogClient.h"
+#include "brvUtils/watchdog/WatchdogInfo.h"
+#include "brvUtils/watchdog/WatchdogServer.h"
