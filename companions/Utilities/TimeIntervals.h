@@ -24,7 +24,7 @@ public:
         std::size_t count;
     };
 
-    /// \param nanoseconds how long each one was, in any order.
+    /// \param nanoseconds how long each one was, in any order; 0 to a hundred years.
     /// \param replacedStamps time stamps that newer ones had replaced, for toText() and writeCsv() to tell.
     explicit TimeIntervals(std::vector<std::int64_t> nanoseconds, std::uint64_t replacedStamps = 0);
 

@@ -1,0 +1,3 @@
+#include "Scheduling/ExecutionClock.h"
+
+ExecutionClock::~ExecutionClock() = default;

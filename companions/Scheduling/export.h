@@ -1,0 +1,14 @@
+#pragma once
+
+/// \file
+/// Marks what this companion exports.
+
+#if defined(_WIN32)
+#  if defined(SCHEDULING_BUILDING)
+#    define SCHEDULING_API __declspec(dllexport)
+#  else
+#    define SCHEDULING_API __declspec(dllimport)
+#  endif
+#else
+#  define SCHEDULING_API __attribute__((visibility("default")))
+#endif
