@@ -1,0 +1,123 @@
+#include "brvUtils/time/BeatSources_benchmark.h"
+
+#include "brvUtils/os/linux/BareBeats.h"
+#include "brvUtils/time/TimedSemaphore.h"
+#include "brvUtils/time/TimerWin32.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace timers {
+
+namespace {
+
+using brvUtils::TimedSemaphore;
+
+void timerWin32(BeatLog& log)
+{
+    const auto call = [](void* context) { static_cast<BeatLog*>(context)->beat(); };
+    brvUtils::TimerWin32 timer(log.seconds(), call, &log, 0);
+    log.start();
+    timer.run();
+    log.waitUntilFull();
+}
+
+template <TimedSemaphore::TimerMode mode>
+void timedSemaphore(BeatLog& log)
+{
+    TimedSemaphore beats(log.seconds(), true, mode);
+    log.start();
+    beats.run();
+    while (!log.full()) {
+        beats.ask(-1.0);
+        log.beat();
+    }
+}
+
+void sleep(BeatLog& log)
+{
+    log.start();
+    for (std::size_t i = 1; !log.full(); ++i) {
+        brvUtils::os::bareSleepUntil(log.due(i));
+        log.beat();
+    }
+}
+
+void sleepWithoutSlack(BeatLog& log)
+{
+    brvUtils::os::setTimerSlack(1);
+    sleep(log);
+}
+
+void timerFile(BeatLog& log)
+{
+    log.start();
+    brvUtils::os::BareTimerFile timer(log.due(1), log.period());
+    while (!log.full() && timer.wait() > 0) {
+        log.beat();
+    }
+}
+
+void asio(BeatLog& log)
+{
+    using Moment = std::chrono::steady_clock::time_point;
+    boost::asio::io_context context(1);
+    boost::asio::steady_timer timer(context);
+    std::size_t next = 1;
+    std::function<void()> wait = [&] {
+        timer.expires_at(Moment(std::chrono::nanoseconds(log.due(next++))));
+        timer.async_wait([&](const boost::system::error_code&) {
+            log.beat();
+            if (!log.full()) {
+                wait();
+            }
+        });
+    };
+    log.start();
+    wait();
+    context.run();
+}
+
+} // namespace
+
+const std::vector<BeatSource>& ourSources()
+{
+    static const std::vector<BeatSource> sources{
+        {"TimerWin32", timerWin32},
+        {"MODE_TIMER", timedSemaphore<TimedSemaphore::MODE_TIMER>},
+        {"MODE_YIELD", timedSemaphore<TimedSemaphore::MODE_YIELD>},
+        {"MODE_SPIN", timedSemaphore<TimedSemaphore::MODE_SPIN>},
+    };
+    return sources;
+}
+
+const std::vector<BeatSource>& peerSources()
+{
+    static const std::vector<BeatSource> sources{{"nanosleep", sleep}, {"timerfd", timerFile}, {"asio", asio}};
+    return sources;
+}
+
+BeatSource limitSource()
+{
+    return {"nanosleep without slack", sleepWithoutSlack};
+}
+
+Lateness measure(const BeatSource& source, std::int64_t period, double seconds)
+{
+    const double count = seconds * 1e9 / static_cast<double>(period);
+    BeatLog log(period, std::max(static_cast<std::size_t>(count), std::size_t{10}));
+    std::thread(source.beat, std::ref(log)).join();
+    if (!log.full()) {
+        throw std::runtime_error(std::string(source.name) + " does not beat");
+    }
+    return log.result();
+}
+
+} // namespace timers
