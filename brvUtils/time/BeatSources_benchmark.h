@@ -10,7 +10,7 @@ namespace timers {
 struct BeatSource
 {
     const char* name;
-    void (*beat)(BeatLog&); ///< Starts the log and beats until it is full.
+    void (*beat)(BeatLog&); ///< Starts the log and beats until it is full; returns at once when it was not started fairly.
 };
 
 /// TimerWin32, and TimedSemaphore in its modes.
@@ -23,7 +23,7 @@ const std::vector<BeatSource>& peerSources();
 BeatSource limitSource();
 
 /// Lets the source beat on a thread of its own, so that nothing that one sets for its thread is there for the next.
-/// \throw std::runtime_error when the system refuses it.
+/// \throw std::runtime_error when the system refuses it, or is so busy that it never starts undisturbed.
 Lateness measure(const BeatSource& source, std::int64_t period, double seconds);
 
 } // namespace timers

@@ -11,6 +11,9 @@ namespace {
 /// Clocks that are read one after the other may differ by that much: a beat so little before its moment belongs to it.
 constexpr std::int64_t tolerance = 10'000;
 
+/// A thread is started in less.
+constexpr std::int64_t longestStart = 100'000;
+
 std::int64_t now()
 {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -37,6 +40,11 @@ void BeatLog::start()
 {
     processorStart_ = std::clock();
     start_ = now();
+}
+
+bool BeatLog::started() const
+{
+    return now() - start_ < longestStart;
 }
 
 void BeatLog::beat()

@@ -36,6 +36,9 @@ public:
 
     /// The grid and the processor time begin here: to be called right before the source is started.
     void start();
+    /// To be called when the source was started. False when that took so long that something else came in between: nobody
+    /// knows then where the grid of the source lies, and it is to be started anew with another log.
+    bool started() const;
     /// When that beat is due, on the steady clock in nanoseconds.
     std::int64_t due(std::size_t beat) const { return start_ + static_cast<std::int64_t>(beat) * period_; }
 

@@ -10,11 +10,10 @@
 #include "brvUtils/time/TimerRows_benchmark.h"
 #include "testing/Child.h"
 
-#include <cstdlib>
 #include <iostream>
-#include <iterator>
-#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace timers {
 
@@ -25,11 +24,7 @@ namespace {
 /// Keeps the last processor busy until it is killed.
 BRV_CHILD(busy)
 {
-    if (!brvUtils::os::stayOnLastProcessor()) {
-        childSay("there is no other processor");
-        return 1;
-    }
-    childSay("busy");
+    childSay(brvUtils::os::stayOnLastProcessor(true) ? "busy" : "there is no other processor");
     for (volatile unsigned count = 0;; count = count + 1) { }
 }
 
@@ -91,33 +86,50 @@ std::vector<Beats> allBeats()
     };
 }
 
+std::vector<BenchmarkRow> beatsUnder(const char* load, double seconds)
+{
+    std::vector<BenchmarkRow> rows;
+    for (const Beats& beats : allBeats()) {
+        const std::vector<BenchmarkRow> measured = beatsUnder(load, beats, seconds);
+        rows.insert(rows.end(), measured.begin(), measured.end());
+    }
+    return rows;
+}
+
+/// A process keeps the last processor busy, and nothing of this one runs there.
+std::vector<BenchmarkRow> beatsBesideBusyProcess(double seconds)
+{
+    std::vector<BenchmarkRow> rows;
+    std::thread([&] {
+        Child other("busy");
+        if (!other.expectLine("busy") || !brvUtils::os::stayOnLastProcessor(false)) {
+            std::cerr << "there is no second processor to be busy\n";
+            return;
+        }
+        rows = beatsUnder("busy", seconds);
+    }).join();
+    return rows;
+}
+
+void announce(double seconds)
+{
+    bool first = false;
+    std::thread([&] { first = brvUtils::os::goFirst(); }).join();
+    std::size_t runs = 0;
+    for (const Beats& beats : allBeats()) {
+        runs += 2 * (beats.ours.size() + beats.peers.size() + 1);
+    }
+    std::cerr << (first ? "this user's threads may go before all others, as those of TimerWin32 do\n"
+                        : "this user's threads all have the same priority\n")
+              << "about " << static_cast<int>(static_cast<double>(runs) * seconds + 1) << " s\n";
+}
+
 /// The rows of each source of ours together.
 void addBeats(BenchmarkTable& table, double seconds)
 {
-    const std::vector<Beats> all = allBeats();
-    std::size_t runs = 0;
-    for (const Beats& beats : all) {
-        runs += 2 * (beats.ours.size() + beats.peers.size() + 1);
-    }
-    bool first = false;
-    std::thread([&] { first = brvUtils::os::goFirst(); }).join();
-    std::cerr << (first ? "this user's threads may go before all others, as the ones of TimerWin32 do\n"
-                        : "this user's threads all have the same priority\n");
-    std::cerr << "about " << static_cast<int>(static_cast<double>(runs) * seconds + 1) << " s\n";
-    std::vector<BenchmarkRow> rows;
-    for (const char* load : {"idle", "busy"}) {
-        std::optional<Child> other;
-        if (load == std::string("busy")) {
-            other.emplace("busy");
-            if (!other->expectLine("busy")) {
-                std::exit(1);
-            }
-        }
-        for (const Beats& beats : all) {
-            const auto measured = beatsUnder(load, beats, seconds);
-            rows.insert(rows.end(), measured.begin(), measured.end());
-        }
-    }
+    std::vector<BenchmarkRow> rows = beatsUnder("idle", seconds);
+    const std::vector<BenchmarkRow> busy = beatsBesideBusyProcess(seconds);
+    rows.insert(rows.end(), busy.begin(), busy.end());
     for (const BeatSource& source : ourSources()) {
         for (const BenchmarkRow& row : rows) {
             if (row.row.rfind(source.name, 0) == 0) {
@@ -138,7 +150,9 @@ int main(int argc, char** argv)
     }
     double seconds = 5;
     brvTesting::BenchmarkTable table(argc, argv, {{"--seconds", &seconds}});
+    timers::announce(seconds);
     timers::addBeats(table, seconds);
     table.add(timers::threadStart());
+    table.add(timers::isAlive());
     return table.finish();
 }

@@ -61,9 +61,9 @@ private:
     Descriptor file_;
 };
 
-/// From now on this thread runs on the last of the processors that it may run on. False when there is only one, or the
-/// system refuses.
-inline bool stayOnLastProcessor()
+/// From now on this thread, and those that it starts, run on the last of the processors that it may run on; or on all but
+/// that one. False when there is only one, or the system refuses.
+inline bool stayOnLastProcessor(bool onIt)
 {
     cpu_set_t allowed;
     if (sched_getaffinity(0, sizeof allowed, &allowed) != 0 || CPU_COUNT(&allowed) < 2) {
@@ -73,10 +73,13 @@ inline bool stayOnLastProcessor()
     while (!CPU_ISSET(last, &allowed)) {
         --last;
     }
-    cpu_set_t one;
-    CPU_ZERO(&one);
-    CPU_SET(last, &one);
-    return sched_setaffinity(0, sizeof one, &one) == 0;
+    if (onIt) {
+        CPU_ZERO(&allowed);
+        CPU_SET(last, &allowed);
+    } else {
+        CPU_CLR(last, &allowed);
+    }
+    return sched_setaffinity(0, sizeof allowed, &allowed) == 0;
 }
 
 } // namespace brvUtils::os
