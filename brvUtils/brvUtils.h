@@ -30,6 +30,8 @@
 #include "brvUtils/startup/GenericPath.h"
 #include "brvUtils/startup/InstanceKey.h"
 #include "brvUtils/startup/ModulePaths.h"
+#include "brvUtils/time/FrameTimer.h"
+#include "brvUtils/time/TimeFrame.h"
 #include "brvUtils/watchdog/WatchdogClient.h"
 #include "brvUtils/watchdog/WatchdogInfo.h"
 #include "brvUtils/watchdog/WatchdogServer.h"
