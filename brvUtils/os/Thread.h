@@ -32,7 +32,8 @@ constexpr int highestPriority = 6;
 /// not, which on Linux is the rule above normal and on the way back up; invalidHandle for a thread that has ended.
 ErrorCode setThreadPriority(Thread* thread, int priority) noexcept;
 
-/// The thread's priority on that scale; normalPriority when it has another one or the system does not tell.
+/// The thread's priority on that scale; normalPriority when it has another one or the system does not tell. What that is
+/// behind a thread's end differs between systems.
 int threadPriority(Thread* thread) noexcept;
 
 /// Lets another thread run that waits for this processor, if there is one. Never sleeps.

@@ -14,7 +14,7 @@ struct Lateness
     double median = 0;
     double percentile99 = 0;
     double maximum = 0;
-    double drift = 0; ///< Between the medians of the first and of the last hundred beats, whichever is later.
+    double drift = 0; ///< By how much the medians of the first and of the last hundred beats differ.
     double processor = 0; ///< Processor time of the whole process per beat.
 };
 

@@ -156,12 +156,12 @@ TEST(ThreadWin32, OffsetsStayWithinTheScale)
 }
 
 /// A semaphore that can be had or not, as the test likes.
-struct FickleSemaphore : ISemaphore
+struct FickleSemaphore : SemaphoreWin32
 {
-    static ISemaphore* New(char const*, bool, bool) { return new FickleSemaphore; }
+    static ISemaphore* New(char const* name, bool free, bool instance) { return new FickleSemaphore(name, free, instance); }
     static inline std::atomic<bool> willing{true};
-    bool ask(double) override { return willing; }
-    bool free() override { return true; }
+    using SemaphoreWin32::SemaphoreWin32;
+    bool ask(double timeout) override { return willing && SemaphoreWin32::ask(timeout); }
 };
 
 TEST(ThreadWin32, StopThrowsWhenTheRequestCannotBeLeft)

@@ -47,8 +47,11 @@ bool TimerWin32::isInert() const
 
 bool TimerWin32::run()
 {
+    const bool systemTimerBeats = timer_ != nullptr;
     pause();
-    pausePoller();
+    if (systemTimerBeats) {
+        pausePoller(); // which pause() leaves running beside it
+    }
     if (callback_ == nullptr) {
         return false;
     }

@@ -12,7 +12,7 @@
 
 namespace suite {
 
-/// Asked to end by Ctrl-C or a termination signal.
+/// Asked to end by Ctrl-C, a termination signal or another module.
 class StopRequest
 {
 public:
@@ -22,6 +22,9 @@ public:
         std::signal(SIGINT, remember);
         std::signal(SIGTERM, remember);
     }
+
+    /// As if such a signal had come.
+    static void make() { received_ = 1; }
 
     static bool received() { return received_ != 0; }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ValuePart.h"
 #include "VehicleState.h"
 
 #include <brvUtils/core/Errors.h>
@@ -8,25 +9,7 @@
 #include <brvUtils/ipc/SemaphoreWin32.h>
 #include <brvUtils/ipc/ShmFactory.h>
 
-#include <cstring>
-#include <type_traits>
-
 namespace suite {
-
-/// A part of a segment that is copied as it is. Raise VehicleShm's version when a value changes its layout.
-template <typename Value, int Id>
-class ValuePart : public brvUtils::ShmAble
-{
-    static_assert(std::is_trivially_copyable_v<Value>);
-
-public:
-    int getId() override { return Id; }
-    int getSize() override { return sizeof(Value); }
-    void put(void* destination) override { std::memcpy(destination, &value, sizeof value); }
-    void get(void* source) override { std::memcpy(&value, source, sizeof value); }
-
-    Value value{};
-};
 
 /// What the vehicle shares with the other modules. Whoever comes first makes it, where the selected configuration says; the
 /// vehicle alone writes. There is one vehicle per instance of the suite. One thread at a time per object.
@@ -44,6 +27,9 @@ public:
             throw brvUtils::ConfigurationError("what the vehicle shares cannot be made");
         }
     }
+
+    /// Vehicle, before its start: whether one before it was killed in the middle of its drive. \param last where that was.
+    bool wasBrokenOff(VehicleState& last) { return started_.ask(0.0) && (getState(last) || getState(last)); }
 
     /// Vehicle: announces that it runs. False when that was not possible in time. Tries twice: the first time fails when
     /// the last to hold a part died while it did.

@@ -1,9 +1,9 @@
 /// Looks at the vehicle from another process and prints a line each second.
 #include "Configuration.h"
+#include "Heartbeat.h"
 #include "Module.h"
 #include "VehicleShm.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -39,50 +39,51 @@ void printState(const char* me, double wallSeconds, const VehicleState& state)
     std::fflush(stdout);
 }
 
-/// Waits in short pieces, since a stop does not interrupt a wait.
-constexpr double shortly = 0.2;
+constexpr double beatPeriod = 0.1; // seconds
 
-bool waitForVehicle(VehicleShm& shm, const Options& options, const char* me)
+bool waitForVehicle(VehicleShm& shm, Heartbeat& heartbeat, const Options& options, const char* me)
 {
     const std::int64_t start = clockNow();
-    bool told = false;
-    while (!shm.waitForStart(told ? shortly : 0.0)) {
-        if (!told) {
-            std::printf("%s: waiting at most %g s for the vehicle\n", me, static_cast<double>(options.wait));
-            std::fflush(stdout);
-            told = true;
-        }
-        if (secondsSince(start) >= options.wait || StopRequest::received()) {
-            return false;
+    if (shm.waitForStart(0.0)) {
+        return true;
+    }
+    std::printf("%s: waiting at most %g s for the vehicle\n", me, static_cast<double>(options.wait));
+    std::fflush(stdout);
+    while (secondsSince(start) < options.wait && heartbeat.wait()) {
+        if (shm.waitForStart(0.0)) {
+            return true;
         }
     }
-    return true;
+    return false;
 }
 
 enum class Ending { vehicleEnded, vehicleSilent, stopped };
 
-Ending watch(VehicleShm& shm, const Options& options, const char* me)
+Ending watch(VehicleShm& shm, Heartbeat& heartbeat, const Options& options, const char* me)
 {
     const std::int64_t start = clockNow();
     VehicleState state;
-    for (int nextLine = 1; !StopRequest::received();) {
-        const double left = nextLine - secondsSince(start);
-        if (shm.waitForEnd(std::clamp(left, 0.0, shortly))) {
+    for (int nextLine = 1; heartbeat.wait();) {
+        if (shm.waitForEnd(0.0)) {
             return Ending::vehicleEnded;
         }
-        const double wallSeconds = secondsSince(start);
-        if (wallSeconds < nextLine) {
-            continue;
-        }
         // Without luck this time the line shows what was seen before, if anything was.
+        const std::int64_t frame = state.frame;
         shm.getState(state);
-        if (state.stamp != 0) {
-            printState(me, wallSeconds, state);
+        if (state.frame < frame) {
+            std::printf("%s: the vehicle was restarted, its time begins again\n", me);
+            std::fflush(stdout);
         }
         if (secondsSince(state.stamp != 0 ? state.stamp : start) > options.silence) {
             return Ending::vehicleSilent;
         }
-        nextLine = static_cast<int>(wallSeconds) + 1;
+        const double wallSeconds = secondsSince(start);
+        if (wallSeconds >= nextLine) {
+            if (state.stamp != 0) {
+                printState(me, wallSeconds, state);
+            }
+            nextLine = static_cast<int>(wallSeconds) + 1;
+        }
     }
     return Ending::stopped;
 }
@@ -90,7 +91,8 @@ Ending watch(VehicleShm& shm, const Options& options, const char* me)
 int display(const char* me, const Options& options)
 {
     VehicleShm shm;
-    if (!waitForVehicle(shm, options, me)) {
+    Heartbeat heartbeat(me, beatPeriod);
+    if (!waitForVehicle(shm, heartbeat, options, me)) {
         std::printf("%s: %s\n", me, StopRequest::received() ? "stopped" : "no vehicle came");
         return StopRequest::received() ? 0 : 1;
     }
@@ -103,7 +105,7 @@ int display(const char* me, const Options& options)
     std::printf("%s: %8s %8s %7s %11s %11s %9s %8s\n", me, "wall s", "sim s", "km/h", "target km/h", "distance m", "frame", "age ms");
     std::fflush(stdout);
 
-    const Ending ending = watch(shm, options, me);
+    const Ending ending = watch(shm, heartbeat, options, me);
     switch (ending) {
     case Ending::vehicleEnded: {
         VehicleState last;

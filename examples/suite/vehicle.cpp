@@ -1,20 +1,21 @@
 /// A car that follows a driving cycle and shows its state in shared memory, 200 times in each simulated second.
 #include "Configuration.h"
 #include "CycleFile.h"
-#include "FramePacer.h"
+#include "Heartbeat.h"
 #include "Module.h"
 #include "VehicleShm.h"
 #include "VehicleSimulation.h"
 
 #include <brvUtils/startup/EnvConfig.h>
+#include <brvUtils/time/FrameTimer.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <exception>
 #include <limits>
 #include <string>
-#include <thread>
 
 namespace {
 
@@ -50,7 +51,13 @@ VehicleRun describe(const DrivingCycle& cycle, const Options& options)
     return run;
 }
 
-/// Simulates frames as they fall due, and shows each of them.
+/// Whole milliseconds that a frame takes, 1 at least: at a higher speed each beat does several frames.
+double beatPeriod(double framesPerSecond)
+{
+    return std::max(1.0, std::floor(1000.0 / framesPerSecond)) / 1000.0;
+}
+
+/// At each beat simulates the frames that have fallen due, and shows each of them.
 class Drive
 {
 public:
@@ -64,13 +71,14 @@ public:
 
     /// Until that many frames are done, their time is over or a stop is asked for. False when the shared memory could not
     /// be had any more.
-    bool run(double framesPerSecond, std::int64_t frames)
+    bool run(Heartbeat& heartbeat, double framesPerSecond, std::int64_t frames)
     {
-        const FramePacer pacer(framesPerSecond);
-        const Clock::time_point start = Clock::now();
-        while (!StopRequest::received()) {
-            const auto elapsed = Clock::now() - start;
-            const std::int64_t due = std::min(pacer.framesDue(elapsed), frames);
+        brvUtils::FrameTimer timer(1.0 / framesPerSecond, 0.0, nullptr);
+        timer.run();
+        while (heartbeat.wait()) {
+            timer.run();
+            // Counted from the start, so that nothing adds up: after a late beat more frames are due.
+            const std::int64_t due = std::min(static_cast<std::int64_t>(timer.getCurrentTime() * framesPerSecond), frames);
             if (!catchUp(due)) {
                 return false;
             }
@@ -78,7 +86,6 @@ public:
             if (due == frames) {
                 break;
             }
-            std::this_thread::sleep_until(start + pacer.nextLook(elapsed));
         }
         return true;
     }
@@ -92,10 +99,10 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    /// Does the frames that are due, for a second at most: on a computer that is too slow for them there is no end to it.
+    /// Does the frames that are due, but not for long: on a computer that is too slow for them there is no end to it.
     bool catchUp(std::int64_t due)
     {
-        const Clock::time_point limit = Clock::now() + std::chrono::seconds(1);
+        const Clock::time_point limit = Clock::now() + std::chrono::milliseconds(50);
         while (simulation_.state().frame < due && Clock::now() < limit && !StopRequest::received()) {
             if (!doFrame()) {
                 return false;
@@ -143,6 +150,8 @@ int drive(const char* me, const Options& options, bool verbose)
     const DrivingCycle& cycle = simulation.cycle();
     VehicleShm shm;
 
+    VehicleState broken;
+    const bool restarted = shm.wasBrokenOff(broken);
     VehicleState first = simulation.state();
     first.stamp = clockNow();
     if (!shm.start(describe(cycle, options), first)) {
@@ -152,12 +161,16 @@ int drive(const char* me, const Options& options, bool verbose)
     std::printf("%s: configuration %s, cycle %s\n", me, brvUtils::EnvConfig::getCurrentConfiguration().c_str(), place.u8string().c_str());
     std::printf("%s: %s (%.0f s, nominally %.0f m), %g x real time\n", me, cycle.name().c_str(), cycle.duration(),
         cycle.nominalDistance(), static_cast<double>(options.speed));
+    if (restarted) {
+        std::printf("%s: restarted at 0 s: the vehicle before was broken off at %.1f s\n", me, broken.time);
+    }
     std::fflush(stdout);
 
     const double rate = options.speed / VehicleSimulation::frameLength;
     const std::int64_t frames = options.seconds > 0 ? std::llround(options.seconds * rate) : std::numeric_limits<std::int64_t>::max();
     Drive run(simulation, shm, verbose ? me : nullptr);
-    const bool good = run.run(rate, frames);
+    Heartbeat heartbeat(me, beatPeriod(rate));
+    const bool good = run.run(heartbeat, rate, frames);
     const char* const ending = StopRequest::received() ? "stopped" : "ended";
     shm.end();
 
