@@ -41,8 +41,11 @@ std::vector<std::int64_t> bounds(std::int64_t first, std::int64_t last)
 {
     std::vector<std::int64_t> distances;
     const std::int64_t farthest = std::max(std::abs(first), std::abs(last));
-    for (std::int64_t decade = 1000; distances.empty() || distances.back() <= farthest; decade *= 10) {
+    for (std::int64_t decade = 1000;; decade *= 10) {
         distances.insert(distances.end(), {decade, 2 * decade, 5 * decade});
+        if (distances.back() > farthest) {
+            break;
+        }
     }
     std::vector<std::int64_t> result;
     std::transform(distances.rbegin(), distances.rend(), std::back_inserter(result), [](std::int64_t each) { return -each; });
@@ -158,7 +161,8 @@ std::vector<TimeIntervals::Range> TimeIntervals::ranges() const
     for (std::size_t i = 1; i < distances.size(); ++i) {
         const std::int64_t to = median + distances[i];
         const auto end = std::lower_bound(begin, lengths_.end(), to);
-        result.push_back({median + distances[i - 1], to, static_cast<std::size_t>(end - begin)});
+        const std::int64_t from = std::max<std::int64_t>(median + distances[i - 1], 0);
+        result.push_back({from, to, static_cast<std::size_t>(end - begin)});
         begin = end;
     }
     return result;

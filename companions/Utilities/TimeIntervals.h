@@ -42,7 +42,7 @@ public:
 
     /// Bins from the minimum to the maximum, each beginning where the one before ends: fine around the median (2 us wide),
     /// wider with the distance from it (the bounds are 1, 2, 5, 10, 20, 50... us away). The first and the last one hold
-    /// something. No bins without intervals.
+    /// something, and none begins below 0. No bins without intervals.
     std::vector<Bin> histogram() const;
 
     /// All of it as a table for people, in microseconds; several lines, each with its line end.

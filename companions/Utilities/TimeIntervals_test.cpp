@@ -79,6 +79,7 @@ TEST(TimeIntervals, HistogramIsFineAroundTheMedianAndLeavesNothingOut)
     const std::vector<TimeIntervals::Bin> extremes = TimeIntervals({0, 0, 3'000'000'000'000'000'000}).histogram();
     ASSERT_FALSE(extremes.empty());
     EXPECT_EQ(extremes.back().count, 1u);
+    EXPECT_EQ(extremes.front().from, 0.0);
 }
 
 TEST(TimeIntervals, TextAndCsvTellTheSameUnderAnyLocale)
