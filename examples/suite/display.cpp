@@ -85,7 +85,7 @@ Ending watch(VehicleShm& shm, Heartbeat& heartbeat, const Options& options, cons
             nextLine = static_cast<int>(wallSeconds) + 1;
         }
     }
-    return Ending::stopped;
+    return shm.waitForEnd(0.0) ? Ending::vehicleEnded : Ending::stopped;
 }
 
 int display(const char* me, const Options& options)

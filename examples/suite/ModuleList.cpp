@@ -1,0 +1,58 @@
+#include "ModuleList.h"
+
+#include <brvUtils/core/Errors.h>
+#include <brvUtils/startup/ModulePaths.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+
+namespace suite {
+
+namespace {
+
+/// The program of that name, with the extension that this one has.
+std::string programIn(const std::string& folder, const std::string& name)
+{
+    const auto extension = std::filesystem::u8path(brvUtils::GetModuleFilePath()).extension();
+    const auto path = std::filesystem::u8path(folder + "/" + name) += extension;
+    if (!std::filesystem::is_regular_file(path)) {
+        throw brvUtils::ConfigurationError("there is no module " + name + " in " + folder);
+    }
+    return path.u8string();
+}
+
+} // namespace
+
+std::vector<ModuleCommand> readModuleList(
+    const std::string& list, const std::string& folder, const std::vector<std::string>& common)
+{
+    std::vector<ModuleCommand> commands;
+    std::istringstream entries(list);
+    for (std::string entry; std::getline(entries, entry, ',');) {
+        std::istringstream words(entry);
+        ModuleCommand command;
+        if (!(words >> command.name)) {
+            continue;
+        }
+        command.program = programIn(folder, command.name);
+        command.arguments = common;
+        for (std::string word; words >> word;) {
+            if (!command.arguments.empty() && command.arguments.back() == "-p") {
+                command.name = word;
+            }
+            command.arguments.push_back(word);
+        }
+        const auto isNamesake = [&](const ModuleCommand& other) { return other.name == command.name; };
+        if (std::any_of(commands.begin(), commands.end(), isNamesake)) {
+            throw brvUtils::ConfigurationError("two modules are called " + command.name + "; -p gives one another name");
+        }
+        commands.push_back(command);
+    }
+    if (commands.empty()) {
+        throw brvUtils::ConfigurationError("no modules to start");
+    }
+    return commands;
+}
+
+} // namespace suite
