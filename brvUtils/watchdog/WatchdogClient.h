@@ -48,8 +48,8 @@ public:
     /// \throw SystemRessourcesError when the thread cannot be started; it may be tried again.
     void startMonitoring();
 
-    /// Whether the module was alive at its last interval. The first answer is false: nobody is told to be alive before he
-    /// was asked for. Takes far less than a microsecond as a rule.
+    /// Whether the module was alive at its last interval. The first answer is false: no module is alive before somebody
+    /// asked. Takes far less than a microsecond as a rule.
     ///
     /// When the verdict cannot be had for 10 s it writes "Watchdog : Cannot access the state of one process, dead assumed"
     /// to the error stream. From then on, as after a failure of runInThread, the answer is false at once.
