@@ -1,11 +1,6 @@
 #pragma once
 
-#include "ValuePart.h"
-
-#include <brvUtils/core/Errors.h>
-#include <brvUtils/ipc/CompositeShm.h>
-#include <brvUtils/ipc/SemaphoreWin32.h>
-#include <brvUtils/ipc/ShmFactory.h>
+#include "ModuleShm.h"
 
 #include <cstdint>
 #include <string>
@@ -23,41 +18,41 @@ struct Beat
     double jitterMedian = 0.0; ///< Seconds, as the two that follow.
     double jitter99 = 0.0; ///< What 99 of 100 intervals do not exceed.
     double jitterMax = 0.0;
+    std::int64_t ended = 0; ///< 1: the module has done its work. One that is killed has no time to say so.
 };
-static_assert(sizeof(Beat) == 56, "no gaps, so that every compiler lays it out alike");
+static_assert(sizeof(Beat) == 64, "no gaps, so that every compiler lays it out alike");
 
 /// The segment in which a module shows its beat. Whoever comes first makes it; the module alone writes. One thread at a time
 /// per object.
-class BeatShm : public brvUtils::CompositeShm
+class BeatShm : public ModuleShm
 {
 public:
     /// \param module its name. \throw brvUtils::ConfigurationError when the shared memory cannot be had.
     explicit BeatShm(const std::string& module)
-        : CompositeShm(brvUtils::newShm, brvUtils::SemaphoreWin32::New, (module + "Beat").c_str(), sizeof(Beat), layoutVersion, 0)
+        : ModuleShm(module + "Beat", sizeof(Beat), layoutVersion)
     {
         if (!addPart(beat_)) {
             throw brvUtils::ConfigurationError("what " + module + " tells of its beat cannot be shared");
         }
     }
 
-    /// Module: shows it. False when that was not possible in time, or the last to hold it died while it did.
+    /// Module: shows it. False when that was not possible.
     bool tell(const Beat& beat)
     {
         beat_.value = beat;
-        return put(beat_, patience);
+        return write(beat_);
     }
 
-    /// Others: look at it. False as with tell; what is returned is then what was read before.
+    /// Others: look at it. False when that was not possible; what is returned is then what was read before.
     bool look(Beat& beat)
     {
-        const bool done = get(beat_, patience);
+        const bool done = read(beat_);
         beat = beat_.value;
         return done;
     }
 
 private:
     static constexpr short layoutVersion = 1;
-    static constexpr double patience = 0.1; // seconds
 
     ValuePart<Beat, 1> beat_;
 };

@@ -40,6 +40,12 @@ Heartbeat::Heartbeat(const std::string& module, double period)
     semaphore_.run();
 }
 
+Heartbeat::~Heartbeat()
+{
+    beat_.ended = 1;
+    shm_.tell(beat_);
+}
+
 bool Heartbeat::wait()
 {
     semaphore_.ask(-1.0);

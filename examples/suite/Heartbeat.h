@@ -32,6 +32,11 @@ public:
     /// \throw brvUtils::ConfigurationError when what it shares cannot be had.
     Heartbeat(const std::string& module, double period);
 
+    /// Ends the beat, and tells that the module ends by itself.
+    ~Heartbeat();
+    Heartbeat(const Heartbeat&) = delete;
+    Heartbeat& operator=(const Heartbeat&) = delete;
+
     /// Waits for the next beat. Beats that come while nobody waits are lost but for one.
     /// \return false when the module is to end, see StopRequest.
     bool wait();

@@ -54,7 +54,7 @@ private:
 /// The number of this process.
 std::uint32_t ownProcess();
 
-/// Ends a process at once, whoever started it. False when there is none, or this user may not.
+/// Ends a process at once, whoever started it; on Windows with code 0. False when there is none, or this user may not.
 bool killProcess(std::uint32_t number);
 
 } // namespace suite

@@ -11,11 +11,13 @@ namespace suite {
 
 namespace {
 
-constexpr double longestSilence = 0.5; // seconds between signs of life
-constexpr double tolerance = 0.9; // of the mean of ten: a busy computer is no dead module
+constexpr double longestSilence = 1.0; // seconds between signs of life
+constexpr double tolerance = 1.5; // of the mean of ten: a busy computer is no dead module
 constexpr double startPatience = 20.0; // seconds until the first sign of life
 constexpr double endPatience = 5.0; // seconds until a module ends that was asked to
 constexpr double lasting = 5.0; // seconds alive after which earlier failures are forgotten
+
+constexpr std::size_t stateWidth = 10;
 
 constexpr double milliseconds = 1e3; // in a second
 constexpr double microseconds = 1e6;
@@ -101,8 +103,14 @@ void SupervisedModule::endWatching()
 
 void SupervisedModule::lookAtEnd(const ProcessEnd& end, double now)
 {
-    const std::string text = killReason_.empty() ? end.toText() : killReason_;
-    if (end.good()) {
+    std::string text = killReason_.empty() ? end.toText() : killReason_;
+    // Tools that kill a process on Windows may leave the code of a good end.
+    Beat last;
+    const bool silent = shm_.look(last) && last.process == number_ && last.ended == 0;
+    if (end.good() && silent) {
+        text += ", but not by itself";
+    }
+    if (end.good() && !silent) {
         become(State::ended, text);
     } else if (state_ == State::ending) {
         become(State::failed, text);
@@ -138,7 +146,7 @@ void SupervisedModule::lookAtSigns(double now)
             failures_ = 0;
         }
     } else if (state_ == State::alive) {
-        become(State::dead, "no sign of life" + (rules_.grace > 0.0f ? "; killed in " + inSeconds(rules_.grace) : std::string()));
+        become(State::dead, "no sign of life" + (rules_.grace > 0.0f ? "; killed unless one comes within " + inSeconds(rules_.grace) : std::string()));
     } else if (state_ == State::dead && rules_.grace > 0.0f && lasted >= rules_.grace) {
         kill("killed, no sign of life for " + inSeconds(rules_.grace));
     } else if (state_ != State::dead && lasted >= startPatience) {
@@ -187,18 +195,19 @@ std::string SupervisedModule::heading()
 
 std::string SupervisedModule::row() const
 {
-    char text[160];
-    const int length = std::snprintf(text, sizeof text, "%-10s %8u  %-8s", command_.name.c_str(), number_, nameOf(state_));
-    std::string row(text, static_cast<std::size_t>(length));
-    if (!note_.empty()) {
-        return row + "  " + note_;
+    char start[160], figures[160];
+    std::snprintf(start, sizeof start, "%-10s %8u  ", command_.name.c_str(), number_);
+    std::string rest = note_;
+    if (note_.empty() && beat_.beats > 0) {
+        std::snprintf(figures, sizeof figures, "%8.1f %9.3f %14.1f %8.1f %8.1f", beat_.rate, beat_.lastInterval * milliseconds,
+            beat_.jitterMedian * microseconds, beat_.jitter99 * microseconds, beat_.jitterMax * microseconds);
+        rest = figures;
     }
-    if (beat_.beats == 0) {
-        return row;
+    std::string state = nameOf(state_);
+    if (!rest.empty()) {
+        state.resize(stateWidth, ' ');
     }
-    std::snprintf(text, sizeof text, " %9.1f %9.3f %14.1f %8.1f %8.1f", beat_.rate, beat_.lastInterval * milliseconds,
-        beat_.jitterMedian * microseconds, beat_.jitter99 * microseconds, beat_.jitterMax * microseconds);
-    return row + text;
+    return start + state + rest;
 }
 
 } // namespace suite

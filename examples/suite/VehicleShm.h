@@ -1,25 +1,20 @@
 #pragma once
 
-#include "ValuePart.h"
+#include "ModuleShm.h"
 #include "VehicleState.h"
 
-#include <brvUtils/core/Errors.h>
-#include <brvUtils/ipc/CompositeShm.h>
 #include <brvUtils/ipc/EventWin32.h>
-#include <brvUtils/ipc/SemaphoreWin32.h>
-#include <brvUtils/ipc/ShmFactory.h>
 
 namespace suite {
 
-/// What the vehicle shares with the other modules. Whoever comes first makes it, where the selected configuration says; the
-/// vehicle alone writes. There is one vehicle per instance of the suite. One thread at a time per object.
-class VehicleShm : public brvUtils::CompositeShm
+/// What the vehicle shares with the other modules. Whoever comes first makes it; the vehicle alone writes. There is one
+/// vehicle per instance of the suite. One thread at a time per object.
+class VehicleShm : public ModuleShm
 {
 public:
     /// \throw brvUtils::ConfigurationError when the shared memory cannot be had.
     VehicleShm()
-        : CompositeShm(brvUtils::newShm, brvUtils::SemaphoreWin32::New, "Vehicle", sizeof(VehicleState) + sizeof(VehicleRun),
-            layoutVersion, 0)
+        : ModuleShm("Vehicle", sizeof(VehicleState) + sizeof(VehicleRun), layoutVersion)
         , started_("VehicleStarted", true, false)
         , ended_("VehicleEnded", true, false)
     {
@@ -29,14 +24,13 @@ public:
     }
 
     /// Vehicle, before its start: whether one before it was killed in the middle of its drive. \param last where that was.
-    bool wasBrokenOff(VehicleState& last) { return started_.ask(0.0) && (getState(last) || getState(last)); }
+    bool wasBrokenOff(VehicleState& last) { return started_.ask(0.0) && getState(last); }
 
-    /// Vehicle: announces that it runs. False when that was not possible in time. Tries twice: the first time fails when
-    /// the last to hold a part died while it did.
+    /// Vehicle: announces that it runs. False when that was not possible.
     bool start(const VehicleRun& run, const VehicleState& first)
     {
         run_.value = run;
-        return (put(run_, patience) || put(run_, patience)) && (putState(first) || putState(first)) && ended_.reset() && started_.set();
+        return write(run_) && putState(first) && ended_.reset() && started_.set();
     }
 
     /// Vehicle: announces that it ends.
@@ -46,35 +40,33 @@ public:
         ended_.set();
     }
 
-    /// Vehicle: shows its state. False when that was not possible in time, or the last to hold the part died while it did.
+    /// Vehicle: shows its state. False when that was not possible.
     bool putState(const VehicleState& state)
     {
         state_.value = state;
-        return put(state_, patience);
+        return write(state_);
     }
 
     /// Others: wait for the vehicle's start or end, at most so many seconds.
     bool waitForStart(double seconds) { return started_.ask(seconds); }
     bool waitForEnd(double seconds) { return ended_.ask(seconds); }
 
-    /// Others: look at the vehicle. False as with putState; what is returned is then what was read before.
+    /// Others: look at the vehicle. False when that was not possible; what is returned is then what was read before.
     bool getState(VehicleState& state)
     {
-        const bool done = get(state_, patience);
+        const bool done = read(state_);
         state = state_.value;
         return done;
     }
-    /// The same, once; tries twice as start does.
     bool getRun(VehicleRun& run)
     {
-        const bool done = get(run_, patience) || get(run_, patience);
+        const bool done = read(run_);
         run = run_.value;
         return done;
     }
 
 private:
     static constexpr short layoutVersion = 1;
-    static constexpr double patience = 1.0; // seconds; a part is held for less than a microsecond
 
     ValuePart<VehicleState, 1> state_;
     ValuePart<VehicleRun, 2> run_;

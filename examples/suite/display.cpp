@@ -109,7 +109,7 @@ int display(const char* me, const Options& options)
     switch (ending) {
     case Ending::vehicleEnded: {
         VehicleState last;
-        if (shm.getState(last) || shm.getState(last)) { // the first fails when another module died while it looked
+        if (shm.getState(last)) {
             std::printf("%s: the vehicle has ended after %.1f s and %.1f m\n", me, last.time, last.distance);
         } else {
             std::printf("%s: the vehicle has ended\n", me);

@@ -74,8 +74,7 @@ public:
             if (StopRequest::received() || (seconds > 0.0 && now() >= seconds)
                 || std::any_of(modules_.begin(), modules_.end(), isFailed)) {
                 endNext();
-            }
-            if (now() >= nextTable) {
+            } else if (now() >= nextTable) {
                 showAll();
                 nextTable = static_cast<int>(now()) + 1;
             }

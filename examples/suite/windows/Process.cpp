@@ -111,7 +111,7 @@ std::uint32_t ownProcess()
 bool killProcess(std::uint32_t number)
 {
     const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, number);
-    const bool killed = process != nullptr && TerminateProcess(process, killedCode);
+    const bool killed = process != nullptr && TerminateProcess(process, 0); // some tools do so
     if (process != nullptr) {
         CloseHandle(process);
     }
