@@ -1,6 +1,7 @@
 #include "brvUtils/os/PeriodicTimer.h"
 
 #include "brvUtils/os/Thread.h"
+#include "testing/Deadline.h"
 
 #include <gtest/gtest.h>
 
@@ -23,17 +24,23 @@ void countUp(void* count)
     ++*static_cast<std::atomic<int>*>(count);
 }
 
+PeriodicTimer* start(std::uint32_t milliseconds, void (*call)(void*), void* context)
+{
+    PeriodicTimer* timer = nullptr;
+    EXPECT_EQ(startPeriodicTimer(timer, milliseconds, call, context), error::none);
+    return timer;
+}
+
 TEST(PeriodicTimer, BeatsUntilItIsStoppedAndNotOnceMore)
 {
     for (int round = 0; round < 20; ++round) {
         std::atomic<int> count{0};
-        const PeriodicTimerStart started = startPeriodicTimer(1, countUp, &count);
-        ASSERT_EQ(started.error, error::none);
+        PeriodicTimer* const started = start(1, countUp, &count);
         await(count, 5);
-        stopPeriodicTimer(started.timer);
+        stopPeriodicTimer(started);
         const int atStop = count;
-        const PeriodicTimerStart other = startPeriodicTimer(1, [](void*) {}, nullptr);
-        stopPeriodicTimer(other.timer);
+        PeriodicTimer* const other = start(1, [](void*) {}, nullptr);
+        stopPeriodicTimer(other);
         EXPECT_EQ(count, atStop);
     }
 }
@@ -42,25 +49,21 @@ TEST(PeriodicTimer, IsStoppedFromWithinItsOwnCall)
 {
     struct Owner
     {
-        std::promise<PeriodicTimer*> timer;
-        std::shared_future<PeriodicTimer*> known{timer.get_future()};
+        PeriodicTimer* timer = nullptr;
         std::atomic<int> calls{0};
     } owner;
-    const PeriodicTimerStart started = startPeriodicTimer(
-        1,
-        [](void* context) {
-            auto& self = *static_cast<Owner*>(context);
-            stopPeriodicTimer(self.known.get());
-            ++self.calls;
-        },
-        &owner);
-    owner.timer.set_value(started.timer);
+    const auto stopItself = [](void* context) {
+        auto& self = *static_cast<Owner*>(context);
+        stopPeriodicTimer(self.timer); // is there before the first call
+        ++self.calls;
+    };
+    ASSERT_EQ(startPeriodicTimer(owner.timer, 1, stopItself, &owner), error::none);
     await(owner.calls, 1);
     // Time enough for another call, if there were one.
     std::atomic<int> others{0};
-    const PeriodicTimerStart other = startPeriodicTimer(1, countUp, &others);
+    PeriodicTimer* const other = start(1, countUp, &others);
     await(others, 5);
-    stopPeriodicTimer(other.timer);
+    stopPeriodicTimer(other);
     EXPECT_EQ(owner.calls, 1);
 }
 
@@ -73,7 +76,7 @@ TEST(PeriodicTimer, StoppingWaitsForTheCallThatIsRunning)
         std::atomic<int> calls{0};
         std::atomic<bool> running{false};
     } call;
-    const PeriodicTimerStart started = startPeriodicTimer(
+    PeriodicTimer* const started = start(
         1,
         [](void* context) {
             auto& self = *static_cast<Call*>(context);
@@ -87,7 +90,7 @@ TEST(PeriodicTimer, StoppingWaitsForTheCallThatIsRunning)
         &call);
     call.begun.get_future().wait();
     auto stopped = std::async(std::launch::async, [&] {
-        stopPeriodicTimer(started.timer);
+        stopPeriodicTimer(started);
         return call.running.load();
     });
     EXPECT_EQ(stopped.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
@@ -97,17 +100,19 @@ TEST(PeriodicTimer, StoppingWaitsForTheCallThatIsRunning)
 
 TEST(PeriodicTimer, IsStoppedAtOnceHoweverLongItsPeriod)
 {
+    const brvTesting::Deadline deadline("the end of a timer of a minute");
     std::atomic<int> count{0};
-    const PeriodicTimerStart started = startPeriodicTimer(60'000, countUp, &count);
-    ASSERT_EQ(started.error, error::none);
-    stopPeriodicTimer(started.timer);
+    PeriodicTimer* const started = start(60'000, countUp, &count);
+    stopPeriodicTimer(started);
     EXPECT_EQ(count, 0);
 }
 
 TEST(PeriodicTimer, RefusesWhatIsNoPeriod)
 {
-    EXPECT_EQ(startPeriodicTimer(0, countUp, nullptr).error, error::invalidParameter);
-    EXPECT_EQ(startPeriodicTimer(1, nullptr, nullptr).error, error::invalidParameter);
+    PeriodicTimer* none = nullptr;
+    EXPECT_EQ(startPeriodicTimer(none, 0, countUp, nullptr), error::invalidParameter);
+    EXPECT_EQ(startPeriodicTimer(none, 1, nullptr, nullptr), error::invalidParameter);
+    EXPECT_EQ(none, nullptr);
     stopPeriodicTimer(nullptr);
     EXPECT_EQ(missedBeats(nullptr), 0u);
 }

@@ -29,7 +29,8 @@ constexpr int highestPriority = 6;
 
 /// Gives the thread one of the priorities 0 to 6: on Windows idle, lowest, below normal, normal, above normal, highest,
 /// time critical; on Linux the idle class, nice 10, 5, 0, -5 and -10, round-robin. Errors: accessDenied when this user may
-/// not, which on Linux is the rule above normal and on the way back up; invalidHandle for a thread that has ended.
+/// not, which on Linux is the rule above normal and on the way back up, and then changes nothing but that round-robin is
+/// left; invalidHandle for a thread that has ended.
 ErrorCode setThreadPriority(Thread* thread, int priority) noexcept;
 
 /// The thread's priority on that scale; normalPriority when it has another one or the system does not tell. What that is

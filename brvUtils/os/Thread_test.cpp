@@ -22,6 +22,9 @@ public:
 
     Thread* get() const { return thread_; }
 
+    /// Programs may be started at any niceness.
+    bool beganAtNormal() const { return threadPriority(thread_) == normalPriority; }
+
     void end()
     {
         if (!ended_) {
@@ -50,8 +53,10 @@ TEST(Thread, CanBeWaitedForAlsoAfterItsEnd)
 TEST(Thread, HasThePriorityThatItWasGivenUnlessTheSystemRefuses)
 {
     WaitingThread thread;
-    int expected = threadPriority(thread.get());
-    EXPECT_EQ(expected, normalPriority);
+    if (!thread.beganAtNormal()) {
+        GTEST_SKIP() << "this program was started with another priority";
+    }
+    int expected = normalPriority;
     for (const int priority : {2, 1, 0, 3, 4, 5, 6, 3, 6, 0}) {
         const ErrorCode result = setThreadPriority(thread.get(), priority);
         EXPECT_TRUE(result == error::none || result == error::accessDenied) << result;
@@ -67,7 +72,7 @@ TEST(Thread, HasThePriorityThatItWasGivenUnlessTheSystemRefuses)
 TEST(Thread, ThatHasEndedTakesNoPriority)
 {
     WaitingThread thread;
-    EXPECT_EQ(setThreadPriority(thread.get(), 2), error::none) << "less is allowed to everybody";
+    EXPECT_EQ(setThreadPriority(thread.get(), 1), error::none) << "less is allowed to everybody";
     thread.end();
     EXPECT_EQ(setThreadPriority(thread.get(), 1), error::invalidHandle);
     EXPECT_EQ(setThreadPriority(nullptr, 1), error::invalidHandle);

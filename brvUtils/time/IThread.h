@@ -31,14 +31,15 @@ public:
     virtual void start(int priority) = 0;
 
     /// Starts the thread, at the priority of the caller's. Does nothing when it was started and not stopped since.
-    /// \throw SystemRessourcesError when the system refuses.
+    /// \throw SystemRessourcesError when the system refuses, or there was no memory for the protection object.
     virtual void start() = 0;
 
     /// start(), then a priority so many steps from the one it started with, kept within the scale.
     virtual void startWithPriorityOffset(int offset) = 0;
 
     /// Asks the thread to end behind the work it is just doing, and waits for that.
-    /// \param timeout in seconds, cut to whole milliseconds.
+    /// \param timeout in seconds, cut to whole milliseconds; negative waits without limit, not a number does not wait. The
+    ///        thread itself would wait in vain.
     /// \return true when it has ended; false when it was not running, or still is: it then ends on its own.
     /// \throw SemaphoreSynchroError when the request could not be left within 10 s.
     virtual bool stop(double timeout) = 0;

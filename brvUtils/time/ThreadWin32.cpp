@@ -16,14 +16,13 @@ constexpr const char* const noAccess = "ThreadWin32 : Problem to access thread s
 } // namespace
 
 ThreadWin32::ThreadWin32(SemaphoreFactory semaphoreFactory, ThreadAction* action, bool startNow)
-    : protection_(semaphoreFactory(nullptr, true, true))
-    , action_(action)
+    : action_(action)
 {
-    if (!startNow) {
-        return;
-    }
     try {
-        start();
+        protection_ = semaphoreFactory(nullptr, true, true);
+        if (startNow) {
+            start();
+        }
     } catch (...) {
         delete action_;
         delete protection_;
@@ -37,7 +36,7 @@ ThreadWin32::~ThreadWin32()
     delete action_;
     try {
         stop(defaultTimeOut);
-    } catch (const SynchroError&) {
+    } catch (...) {
         // Somebody holds the protection object, so that nothing can be said to the thread.
     }
     delete protection_;
@@ -59,6 +58,9 @@ void ThreadWin32::start()
 {
     if (running_) {
         return;
+    }
+    if (protection_ == nullptr) {
+        throw SystemRessourcesError("ThreadWin32 cannot be launched"); // it could never be stopped
     }
     const auto run = [](void* self) { static_cast<IThread*>(self)->runThread(); };
     const os::ThreadStart started = os::startThread(run, static_cast<IThread*>(this));

@@ -47,7 +47,7 @@ private:
 
     bool stopRequested_ = false; ///< Guarded by protection_.
     bool running_ = false;
-    ISemaphore* protection_;
+    ISemaphore* protection_ = nullptr;
     ThreadAction* action_;
     os::Thread* handle_ = nullptr;
 };

@@ -26,14 +26,18 @@ public:
         MODE_SPIN = 2 ///< Polls the clock without pause.
     };
 
-    /// \param period in seconds. Below 0.001 MODE_TIMER becomes MODE_YIELD.
+    /// \param period in seconds. Below 0.001 MODE_TIMER becomes MODE_YIELD. 0 and less lets through at once, always. More than
+    ///        4,294,967 s, and not a number, never beats in MODE_TIMER; in the other modes infinity never ends the second
+    ///        ask(), and not a number lets through at once.
     /// \param paused whether it waits for run().
+    /// \throw SystemRessourcesError as run().
     TimedSemaphore(double period, bool paused, TimerMode mode);
     ~TimedSemaphore();
     TimedSemaphore(const TimedSemaphore&) = delete;
     TimedSemaphore& operator=(const TimedSemaphore&) = delete;
 
     /// Starts the beats from now on.
+    /// \throw SystemRessourcesError when the system's timer cannot be set, nor a thread started to poll instead.
     void run();
 
     /// Ends them in MODE_TIMER, where "Error while stopping timer" on the error stream says that there were none. Nothing in

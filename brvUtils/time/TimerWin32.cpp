@@ -58,11 +58,13 @@ bool TimerWin32::run()
     if (isInert()) {
         return true;
     }
-    if (period_ >= shortestOfSystem && mode_ < spinningMode) {
-        startSystemTimer();
-    }
+    // The poller first: should it be refused, nothing beats. And nothing is touched behind the start of the system's timer,
+    // whose first call may come, and may destroy this, before run() has returned.
     if (poller_ != nullptr) {
         startPoller();
+    }
+    if (period_ >= shortestOfSystem && mode_ < spinningMode) {
+        startSystemTimer();
     }
     return true;
 }
@@ -98,11 +100,12 @@ void TimerWin32::startSystemTimer()
     // Kept for callers: this factor, which is not the rounding of pause().
     const std::uint32_t milliseconds = wholeMilliseconds(period_ * 1000.5);
     os::beginTimerResolution(milliseconds);
-    timer_ = os::startPeriodicTimer(milliseconds, callback_, context_).timer;
-    if (timer_ == nullptr && poller_ == nullptr) {
-        poller_ = makePoller();
-        std::cerr << "Error: Unable to set timer function. Use High performance timer instead (CPU consummer)." << std::endl;
+    if (os::startPeriodicTimer(timer_, milliseconds, callback_, context_) == os::error::none || poller_ != nullptr) {
+        return;
     }
+    poller_ = makePoller();
+    std::cerr << "Error: Unable to set timer function. Use High performance timer instead (CPU consummer)." << std::endl;
+    startPoller();
 }
 
 void TimerWin32::startPoller()

@@ -13,7 +13,7 @@ namespace os {
 struct PeriodicTimer;
 }
 
-/// Calls a function once per period, on a thread of its own. The suffix is history: it is the same on Linux.
+/// Calls a function once per period, on another thread. The suffix is history: it is the same on Linux.
 ///
 /// The beat comes from the system's periodic timer, in whole milliseconds, or from a thread that polls the clock:
 ///
@@ -27,7 +27,11 @@ struct PeriodicTimer;
 /// A poller holds a processor fully busy; the yielding one lets every other thread have it that wants it. It runs one step
 /// of priority below the thread that called run().
 ///
-/// One thread at a time may call, the owner or the function that is being called. A timer is not copied.
+/// On Windows the system's timers of a process share one thread: a slow callback delays the others, and pausing one waits
+/// for the call of another that is running. So a callback must not wait for the thread that pauses.
+///
+/// One thread at a time may call, the owner or the function that is being called. The first call may come before run() has
+/// returned. A timer is not copied.
 class BRVUTILS_API TimerWin32 : public ITimer
 {
 public:
@@ -48,16 +52,16 @@ public:
     /// Starts the beats, the first call one period later; those of before end. False without a callback.
     /// When the system's timer cannot be set it writes "Error: Unable to set timer function. Use High performance timer
     /// instead (CPU consummer)." to the error stream and polls.
-    /// \throw SystemRessourcesError when no thread can be started for a poller.
+    /// \throw SystemRessourcesError when no thread can be started for a poller; nothing beats then.
     bool run() override;
 
     /// Ends one source of beats: the system's timer if it beats, in which case a poller goes on (modes 4 and 5: call again),
-    /// else the poller, which is waited for 1 s at most. False when there was none or the poller did not end in time; it
+    /// else the poller, which is waited for 1 s at most, and not at all from within its own call. False when there was none or the poller did not end in time; it
     /// makes no further call then. No call of the system's timer is running or will come when it returns.
     bool pause() override;
 
-    /// Beats that the system's timer has left out since run(), because a callback took too long. Always 0 on Windows, where
-    /// the system does not tell, and for pollers, which leave none out.
+    /// Beats that the system's timer has left out since run(), because a callback took too long; 0 while it is paused.
+    /// Always 0 on Windows, where the system does not tell, and for pollers, which leave none out.
     unsigned long long getMissedBeats() const;
 
 private:

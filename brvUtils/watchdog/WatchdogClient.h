@@ -37,7 +37,7 @@ public:
     /// \param tolerance how far the mean may be from the period, as a fraction of it; from 1 on nothing is too fast.
     WatchdogClient(SemaphoreFactory semaphoreFactory, const std::string& name, double timeout, double period, double tolerance);
 
-    /// Ends watching. Waits for the signal that is just awaited, until that times out; where it never does, it gives the
+    /// Ends watching. Waits for the signal that is just awaited, until that times out, however long that is; where it never does, it gives the
     /// signal itself, which may reach another watcher of that name instead, or the next one.
     ~WatchdogClient();
 

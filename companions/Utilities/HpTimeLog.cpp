@@ -5,7 +5,7 @@
 #include <utility>
 
 HpTimeLog::HpTimeLog(std::size_t capacity)
-    : stamps_(std::max<std::size_t>(capacity, 2) + 1)
+    : stamps_(std::clamp<std::size_t>(capacity, 2, static_cast<std::size_t>(-2)) + 1) // too many are for the vector to refuse
 {
     // Also touches the memory, whose pages the system gives at the first write only.
     for (Stamp& stamp : stamps_) {

@@ -22,6 +22,7 @@ public:
     /// Enabled, and empty.
     /// \param capacity how many time stamps are kept, 2 at least (fewer count as 2). The newest replaces the oldest when there
     ///        are more.
+    /// \throw std::length_error, std::bad_alloc when there is no memory for that many.
     explicit HpTimeLog(std::size_t capacity = defaultCapacity);
     HpTimeLog(const HpTimeLog&) = delete;
     HpTimeLog& operator=(const HpTimeLog&) = delete;

@@ -6,6 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <future>
+#include <sched.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -23,24 +28,23 @@ TEST(PeriodicTimer, KeepsItsGridAndCountsWhatPassedDuringALongCall)
         std::atomic<bool> done{false};
     } beats;
     const std::int64_t before = monotonicNanoseconds();
-    const PeriodicTimerStart started = startPeriodicTimer(
-        2,
-        [](void* context) {
-            auto& all = *static_cast<Beats*>(context);
-            all.begins.push_back(monotonicNanoseconds());
-            if (all.begins.size() == longCall) {
-                while (monotonicNanoseconds() < all.begins.back() + 10 * period) {
-                }
-                all.resumed = monotonicNanoseconds();
+    const auto take = [](void* context) {
+        auto& all = *static_cast<Beats*>(context);
+        all.begins.push_back(monotonicNanoseconds());
+        if (all.begins.size() == longCall) {
+            while (monotonicNanoseconds() < all.begins.back() + 10 * period) {
             }
-            all.done = all.begins.size() >= 10;
-        },
-        &beats);
+            all.resumed = monotonicNanoseconds();
+        }
+        all.done = all.begins.size() >= 10;
+    };
+    PeriodicTimer* timer = nullptr;
+    ASSERT_EQ(startPeriodicTimer(timer, 2, take, &beats), error::none);
     while (!beats.done) {
         yieldThread();
     }
-    const std::uint64_t missed = missedBeats(started.timer);
-    stopPeriodicTimer(started.timer);
+    const std::uint64_t missed = missedBeats(timer);
+    stopPeriodicTimer(timer);
 
     EXPECT_GE(missed, 9u);
     for (std::size_t i = 0; i < 10; ++i) {
@@ -75,6 +79,54 @@ TEST(EarlyWake, StaysBelowATwentiethOfThePeriod)
     EXPECT_EQ(early.lead(), 50'000);
 }
 
+TEST(PeriodicTimer, HandsNoPriorityOnButToThreadsThatAskForIt)
+{
+    struct Started
+    {
+        std::atomic<int> bare{-1};
+        std::atomic<int> ours{-1};
+    } started;
+    PeriodicTimer* timer = nullptr;
+    const auto look = [](void* context) {
+        auto& found = *static_cast<Started*>(context);
+        if (found.ours != -1) {
+            return;
+        }
+        const int own = sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
+        int bare = -1;
+        std::thread([&bare] { bare = sched_getscheduler(0); }).join();
+        found.bare = bare;
+        std::promise<void> released;
+        const ThreadStart thread = startThread([](void* go) { static_cast<std::promise<void>*>(go)->get_future().wait(); }, &released);
+        const int priority = threadPriority(thread.thread);
+        released.set_value();
+        waitThread(thread.thread, infinite);
+        found.ours = (priority == highestPriority) == (own == SCHED_RR) ? 1 : 0;
+    };
+    ASSERT_EQ(startPeriodicTimer(timer, 1, look, &started), error::none);
+    while (started.ours == -1) {
+        yieldThread();
+    }
+    stopPeriodicTimer(timer);
+    EXPECT_EQ(started.bare, SCHED_OTHER);
+    EXPECT_EQ(started.ours, 1) << "a thread of ours begins where its starter is";
+}
+
+TEST(Thread, HasEndedInAForkedChild)
+{
+    std::promise<void> released;
+    const ThreadStart started = startThread([](void* go) { static_cast<std::promise<void>*>(go)->get_future().wait(); }, &released);
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(waitThread(started.thread, infinite).status == WaitStatus::signalled ? 0 : 1);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    released.set_value();
+    EXPECT_EQ(waitThread(started.thread, infinite).status, WaitStatus::signalled);
+}
+
 int threadsOfThisProcess()
 {
     int count = 0;
@@ -91,9 +143,9 @@ TEST(Thread, LeavesNothingInTheSystem)
         const ThreadStart started = startThread([](void*) {}, nullptr);
         ASSERT_EQ(started.error, error::none);
         waitThread(started.thread, infinite);
-        const PeriodicTimerStart timer = startPeriodicTimer(1000, [](void*) {}, nullptr);
-        ASSERT_EQ(timer.error, error::none);
-        stopPeriodicTimer(timer.timer);
+        PeriodicTimer* timer = nullptr;
+        ASSERT_EQ(startPeriodicTimer(timer, 1000, [](void*) {}, nullptr), error::none);
+        stopPeriodicTimer(timer);
     }
     // The last ones may still be on their way out.
     while (threadsOfThisProcess() > before) {

@@ -28,8 +28,8 @@ public:
     }
 
 private:
-    // At rest the one in twenty wakings is late that outweighs the nineteen others.
-    static constexpr std::int64_t longer = 3'800;
+    // At rest the one in ten wakings is late that outweighs the nine others.
+    static constexpr std::int64_t longer = 1'800;
     static constexpr std::int64_t shorter = 200;
     static constexpr std::int64_t partOfPeriod = 20;
     static constexpr std::int64_t longestEver = 100'000;

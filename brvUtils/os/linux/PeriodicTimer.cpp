@@ -7,7 +7,6 @@
 #include "brvUtils/os/linux/PauseProcessor.h"
 
 #include <algorithm>
-#include <csignal>
 #include <new>
 #include <pthread.h>
 #include <sched.h>
@@ -17,11 +16,20 @@ namespace brvUtils::os {
 
 struct PeriodicTimer
 {
-    void (*call)(void*);
-    void* context;
-    std::int64_t period; ///< Nanoseconds.
-    std::int64_t start; ///< Of the grid, on the monotonic clock.
+    PeriodicTimer(void (*function)(void*), void* with, std::int64_t nanoseconds)
+        : call(function)
+        , context(with)
+        , period(nanoseconds)
+        , start(monotonicNanoseconds())
+    {
+    }
+
+    void (*const call)(void*);
+    void* const context;
+    const std::int64_t period; ///< Nanoseconds.
+    const std::int64_t start; ///< Of the grid, on the monotonic clock.
     pthread_t thread{};
+    std::atomic<bool> known{false}; ///< To whoever started it, who does not touch it any more.
     StateWord stopped{0};
     std::atomic<std::uint64_t> missed{0};
 };
@@ -31,12 +39,13 @@ namespace {
 /// The timer whose call is running on this thread, until that call has stopped it.
 thread_local PeriodicTimer* calling = nullptr;
 
-/// As the system's beats come on Windows: ahead of ordinary threads, where this user may.
+/// As the system's beats come on Windows: ahead of ordinary threads, where this user may. Those that a call starts are
+/// ordinary again.
 void sharpenThisThread()
 {
     sched_param parameters{};
     parameters.sched_priority = sched_get_priority_min(SCHED_RR);
-    pthread_setschedparam(pthread_self(), SCHED_RR, &parameters);
+    sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &parameters);
     prctl(PR_SET_TIMERSLACK, 1UL);
 }
 
@@ -78,6 +87,9 @@ void* beat(void* argument) noexcept
     sharpenThisThread();
     EarlyWake early(timer->period);
     calling = timer;
+    while (!timer->known) {
+        sched_yield();
+    }
     for (std::int64_t beat = 1; sleepUntil(*timer, timer->start + beat * timer->period, early);) {
         timer->call(timer->context);
         if (calling == nullptr) { // stopped by its own call, which left it to this thread
@@ -89,35 +101,25 @@ void* beat(void* argument) noexcept
     return nullptr;
 }
 
-/// Starts a thread that no signal of the program is handled on.
-int startUndisturbed(pthread_t& thread, void* (*body)(void*), void* argument)
-{
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    const int fault = pthread_create(&thread, nullptr, body, argument);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return fault;
-}
-
 } // namespace
 
-PeriodicTimerStart startPeriodicTimer(std::uint32_t milliseconds, void (*call)(void*), void* context) noexcept
+ErrorCode startPeriodicTimer(PeriodicTimer*& timer, std::uint32_t milliseconds, void (*call)(void*), void* context) noexcept
 {
+    timer = nullptr;
     if (milliseconds == 0 || call == nullptr) {
-        return {nullptr, error::invalidParameter};
+        return error::invalidParameter;
     }
-    auto* timer = new (std::nothrow) PeriodicTimer{call, context, milliseconds * std::int64_t{1'000'000}, monotonicNanoseconds()};
-    if (timer == nullptr) {
-        return {nullptr, error::notEnoughMemory};
+    auto* made = new (std::nothrow) PeriodicTimer(call, context, milliseconds * std::int64_t{1'000'000});
+    if (made == nullptr) {
+        return error::notEnoughMemory;
     }
-    // The thread may look at everything but its own number, which is for whoever stops it.
-    if (const int fault = startUndisturbed(timer->thread, beat, timer); fault != 0) {
-        delete timer;
-        return {nullptr, fromErrno(fault)};
+    if (const int fault = pthread_create(&made->thread, nullptr, beat, made); fault != 0) {
+        delete made;
+        return fromErrno(fault);
     }
-    return {timer, error::none};
+    timer = made;
+    made->known.store(true);
+    return error::none;
 }
 
 void stopPeriodicTimer(PeriodicTimer* timer) noexcept

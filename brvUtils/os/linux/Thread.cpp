@@ -34,8 +34,18 @@ namespace {
 /// Every record of the process hangs here, since none is ever given back.
 std::atomic<Thread*> allThreads{nullptr};
 
+/// A forked child has none of its parent's threads.
+void endAllInChild()
+{
+    for (Thread* thread = allThreads.load(); thread != nullptr; thread = thread->next) {
+        new (&thread->alive) std::mutex; // which some other thread may have held
+        thread->ended.store(1);
+    }
+}
+
 void keep(Thread* thread)
 {
+    [[maybe_unused]] static const int registered = pthread_atfork(nullptr, nullptr, endAllInChild);
     thread->next = allThreads.load();
     while (!allThreads.compare_exchange_weak(thread->next, thread)) {
     }
@@ -49,25 +59,27 @@ void markEnded(void* record)
     futexWakeAll(thread->ended);
 }
 
-/// The system calls markEnded once the thread is through with the destructors of its thread-local objects.
-pthread_key_t endMark()
+/// The system calls markEnded once the thread is through with the destructors of its thread-local objects. False where it
+/// has no room to remember that.
+bool marksItsEnd(Thread* thread)
 {
-    static const pthread_key_t key = [] {
-        pthread_key_t made{};
-        pthread_key_create(&made, markEnded);
-        return made;
-    }();
-    return key;
+    struct Key
+    {
+        pthread_key_t value{};
+        bool made = pthread_key_create(&value, markEnded) == 0;
+    };
+    static const Key key;
+    return key.made && pthread_setspecific(key.value, thread) == 0;
 }
 
 void* runBody(void* record) noexcept
 {
     auto* thread = static_cast<Thread*>(record);
-    const bool marksItself = pthread_setspecific(endMark(), thread) == 0;
+    const bool marked = marksItsEnd(thread);
     thread->number.store(static_cast<std::uint32_t>(gettid()));
     futexWakeAll(thread->number);
     thread->body(thread->argument);
-    if (!marksItself) {
+    if (!marked) {
         markEnded(thread);
     }
     return nullptr;
@@ -84,6 +96,23 @@ pid_t numberOf(Thread& thread)
 }
 
 constexpr std::array<int, 6> niceOfPriority{0, 10, 5, 0, -5, -10}; // the first is the idle class
+
+int classOf(pid_t number)
+{
+    const int policy = sched_getscheduler(number);
+    return policy < 0 ? policy : policy & ~SCHED_RESET_ON_FORK;
+}
+
+bool isRealTime(pid_t number)
+{
+    const int policy = classOf(number);
+    return policy == SCHED_RR || policy == SCHED_FIFO;
+}
+
+int niceOf(pid_t number)
+{
+    return getpriority(PRIO_PROCESS, static_cast<id_t>(number));
+}
 
 ErrorCode changeNice(pid_t number, int priority)
 {
@@ -106,8 +135,9 @@ ErrorCode changePriority(pid_t number, int priority)
     if (priority == highestPriority) {
         return changeClass(number, SCHED_RR);
     }
-    // What may be refused comes first, so that a refusal leaves the thread as it was: nobody may be kept from yielding.
-    const bool yields = getpriority(PRIO_PROCESS, static_cast<id_t>(number)) < niceOfPriority[static_cast<std::size_t>(priority)];
+    // What may be refused comes first, so that a refusal leaves the thread as it was. Two things cannot be refused: to be
+    // nicer, and to leave the real-time class, which whoever asks for less is to do in any case.
+    const bool yields = isRealTime(number) || niceOf(number) < niceOfPriority[static_cast<std::size_t>(priority)];
     const ErrorCode first = yields ? changeClass(number, SCHED_OTHER) : changeNice(number, priority);
     if (first != error::none) {
         return first;
@@ -127,15 +157,13 @@ int priorityOfNice(int nice)
 
 int readPriority(pid_t number)
 {
-    switch (sched_getscheduler(number)) {
+    switch (classOf(number)) {
     case SCHED_IDLE: return lowestPriority;
     case SCHED_RR: return highestPriority;
     case SCHED_OTHER: break;
     default: return normalPriority;
     }
-    errno = 0;
-    const int nice = getpriority(PRIO_PROCESS, static_cast<id_t>(number));
-    return errno == 0 ? priorityOfNice(nice) : normalPriority;
+    return priorityOfNice(niceOf(number));
 }
 
 } // namespace
@@ -146,7 +174,6 @@ ThreadStart startThread(void (*body)(void*), void* argument) noexcept
     if (thread == nullptr) {
         return {nullptr, error::notEnoughMemory};
     }
-    endMark();
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
@@ -158,6 +185,9 @@ ThreadStart startThread(void (*body)(void*), void* argument) noexcept
         return {nullptr, fromErrno(fault)};
     }
     keep(thread);
+    if (const int own = sched_getscheduler(0); own >= 0 && (own & SCHED_RESET_ON_FORK) != 0 && isRealTime(0)) {
+        setThreadPriority(thread, highestPriority); // a timer's own thread hands nothing on by itself
+    }
     return {thread, error::none};
 }
 

@@ -1,5 +1,6 @@
 #include "brvUtils/os/PeriodicTimer.h"
 
+#include <atomic>
 #include <new>
 #include <windows.h>
 
@@ -9,9 +10,16 @@ namespace brvUtils::os {
 
 struct PeriodicTimer
 {
-    void (*call)(void*);
-    void* context;
-    UINT id;
+    PeriodicTimer(void (*function)(void*), void* with)
+        : call(function)
+        , context(with)
+    {
+    }
+
+    void (*const call)(void*);
+    void* const context;
+    UINT id = 0;
+    std::atomic<bool> known{false}; ///< To whoever started it, who does not touch it any more.
 };
 
 namespace {
@@ -19,26 +27,32 @@ namespace {
 void CALLBACK beat(UINT, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) noexcept
 {
     const auto* timer = reinterpret_cast<const PeriodicTimer*>(user);
+    while (!timer->known) {
+        Sleep(0);
+    }
     timer->call(timer->context); // which may stop the timer: it is not to be looked at again
 }
 
 } // namespace
 
-PeriodicTimerStart startPeriodicTimer(std::uint32_t milliseconds, void (*call)(void*), void* context) noexcept
+ErrorCode startPeriodicTimer(PeriodicTimer*& timer, std::uint32_t milliseconds, void (*call)(void*), void* context) noexcept
 {
+    timer = nullptr;
     if (milliseconds == 0 || call == nullptr) {
-        return {nullptr, error::invalidParameter};
+        return error::invalidParameter;
     }
-    auto* timer = new (std::nothrow) PeriodicTimer{call, context, 0};
-    if (timer == nullptr) {
-        return {nullptr, error::notEnoughMemory};
+    auto* made = new (std::nothrow) PeriodicTimer(call, context);
+    if (made == nullptr) {
+        return error::notEnoughMemory;
     }
-    timer->id = timeSetEvent(milliseconds, 0, beat, reinterpret_cast<DWORD_PTR>(timer), TIME_PERIODIC | TIME_KILL_SYNCHRONOUS);
-    if (timer->id == 0) {
-        delete timer;
-        return {nullptr, error::invalidParameter};
+    made->id = timeSetEvent(milliseconds, 0, beat, reinterpret_cast<DWORD_PTR>(made), TIME_PERIODIC | TIME_KILL_SYNCHRONOUS);
+    if (made->id == 0) {
+        delete made;
+        return error::invalidParameter;
     }
-    return {timer, error::none};
+    timer = made;
+    made->known = true;
+    return error::none;
 }
 
 void stopPeriodicTimer(PeriodicTimer* timer) noexcept

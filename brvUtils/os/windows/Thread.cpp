@@ -64,7 +64,7 @@ ErrorCode setThreadPriority(Thread* thread, int priority) noexcept
 
 int threadPriority(Thread* thread) noexcept
 {
-    // A thread that has ended, and null, read as an error, which is none of the seven.
+    // An error, such as that of null, is none of the seven.
     const auto* found = std::find(nativePriorities.begin(), nativePriorities.end(), GetThreadPriority(thread));
     return found != nativePriorities.end() ? static_cast<int>(found - nativePriorities.begin()) : normalPriority;
 }

@@ -77,9 +77,10 @@ void leaveBehind(std::unique_ptr<ThreadWin32> thread)
 } // namespace
 
 Poller::Poller(double period, void (*callback)(void*), void* context, Pause pause)
-    : beat_(new Beat(period, callback, context, pause))
-    , thread_(std::make_unique<ThreadWin32>(SemaphoreWin32::New, beat_, false))
 {
+    auto beat = std::make_unique<Beat>(period, callback, context, pause);
+    beat_ = beat.get();
+    thread_.reset(new ThreadWin32(SemaphoreWin32::New, beat.release(), false));
 }
 
 Poller::~Poller()
@@ -104,7 +105,7 @@ void Poller::start()
 
 bool Poller::stop(double timeout)
 {
-    const bool stopped = thread_->stop(timeout);
+    const bool stopped = thread_->stop(beat_->isCalling() ? 0.0 : timeout); // its own call would wait in vain
     ended_ = ended_ || stopped;
     return stopped;
 }

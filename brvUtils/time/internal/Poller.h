@@ -32,13 +32,13 @@ public:
     /// Whether it was started and was not seen to have ended.
     bool running() const { return started_ && !ended_; }
 
-    /// As IThread::stop.
+    /// As IThread::stop, but from within the call it does not wait.
     bool stop(double timeout);
 
 private:
     class Beat;
 
-    Beat* beat_; ///< Belongs to the thread.
+    Beat* beat_ = nullptr; ///< Belongs to the thread.
     std::unique_ptr<ThreadWin32> thread_;
     bool started_ = false;
     bool ended_ = false;
