@@ -34,11 +34,10 @@ namespace {
 /// Every record of the process hangs here, since none is ever given back.
 std::atomic<Thread*> allThreads{nullptr};
 
-/// A forked child has none of its parent's threads.
+/// A forked child has none of its parent's threads, whatever was locked there.
 void endAllInChild()
 {
     for (Thread* thread = allThreads.load(); thread != nullptr; thread = thread->next) {
-        new (&thread->alive) std::mutex; // which some other thread may have held
         thread->ended.store(1);
     }
 }
@@ -93,6 +92,18 @@ pid_t numberOf(Thread& thread)
         futexWait(thread.number, 0, nullptr);
     }
     return static_cast<pid_t>(number);
+}
+
+/// Calls `work(number)` unless the thread has ended, and keeps it from ending meanwhile.
+template <typename Result, typename Work>
+Result whileAlive(Thread& thread, Result otherwise, Work work)
+{
+    if (thread.ended.load() != 0) {
+        return otherwise; // also in a forked child, where nobody gives the lock back
+    }
+    const pid_t number = numberOf(thread);
+    const std::lock_guard lock(thread.alive);
+    return thread.ended.load() == 0 ? work(number) : otherwise;
 }
 
 constexpr std::array<int, 6> niceOfPriority{0, 10, 5, 0, -5, -10}; // the first is the idle class
@@ -214,19 +225,12 @@ ErrorCode setThreadPriority(Thread* thread, int priority) noexcept
     if (thread == nullptr) {
         return error::invalidHandle;
     }
-    const pid_t number = numberOf(*thread);
-    const std::lock_guard lock(thread->alive);
-    return thread->ended.load() == 0 ? changePriority(number, priority) : error::invalidHandle;
+    return whileAlive(*thread, ErrorCode{error::invalidHandle}, [&](pid_t number) { return changePriority(number, priority); });
 }
 
 int threadPriority(Thread* thread) noexcept
 {
-    if (thread == nullptr) {
-        return normalPriority;
-    }
-    const pid_t number = numberOf(*thread);
-    const std::lock_guard lock(thread->alive);
-    return thread->ended.load() == 0 ? readPriority(number) : normalPriority;
+    return thread != nullptr ? whileAlive(*thread, normalPriority, readPriority) : normalPriority;
 }
 
 void yieldThread() noexcept
