@@ -39,7 +39,7 @@ public:
 
     /// Asks the thread to end behind the work it is just doing, and waits for that.
     /// \param timeout in seconds, cut to whole milliseconds; negative waits without limit, not a number does not wait. The
-    ///        thread itself would wait in vain.
+    ///        thread itself would wait in vain, and must not ask before start() has returned.
     /// \return true when it has ended; false when it was not running, or still is: it then ends on its own.
     /// \throw SemaphoreSynchroError when the request could not be left within 10 s.
     virtual bool stop(double timeout) = 0;

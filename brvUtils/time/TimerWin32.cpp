@@ -58,13 +58,17 @@ bool TimerWin32::run()
     if (isInert()) {
         return true;
     }
-    // The poller first: should it be refused, nothing beats. And nothing is touched behind the start of the system's timer,
-    // whose first call may come, and may destroy this, before run() has returned.
-    if (poller_ != nullptr) {
-        startPoller();
+    // The poller first: should it be refused, nothing beats. Its gate and the start of the system's timer come last, since
+    // their first call may come, and may destroy this, before run() has returned.
+    const bool bySystem = period_ >= shortestOfSystem && mode_ < spinningMode;
+    Poller::Gate gate = poller_ != nullptr ? startPoller() : nullptr;
+    if (bySystem && !startSystemTimer() && gate == nullptr) {
+        std::cerr << "Error: Unable to set timer function. Use High performance timer instead (CPU consummer)." << std::endl;
+        poller_ = makePoller();
+        gate = startPoller();
     }
-    if (period_ >= shortestOfSystem && mode_ < spinningMode) {
-        startSystemTimer();
+    if (gate != nullptr) {
+        *gate = true;
     }
     return true;
 }
@@ -95,20 +99,15 @@ std::unique_ptr<Poller> TimerWin32::makePoller() const
     return std::make_unique<Poller>(period_, callback_, context_, mode_ == spinningMode ? Poller::Pause::spins : Poller::Pause::yields);
 }
 
-void TimerWin32::startSystemTimer()
+bool TimerWin32::startSystemTimer()
 {
     // Kept for callers: this factor, which is not the rounding of pause().
     const std::uint32_t milliseconds = wholeMilliseconds(period_ * 1000.5);
     os::beginTimerResolution(milliseconds);
-    if (os::startPeriodicTimer(timer_, milliseconds, callback_, context_) == os::error::none || poller_ != nullptr) {
-        return;
-    }
-    poller_ = makePoller();
-    std::cerr << "Error: Unable to set timer function. Use High performance timer instead (CPU consummer)." << std::endl;
-    startPoller();
+    return os::startPeriodicTimer(timer_, milliseconds, callback_, context_) == os::error::none;
 }
 
-void TimerWin32::startPoller()
+std::shared_ptr<std::atomic<bool>> TimerWin32::startPoller()
 {
     const auto hasEnded = [](const auto& poller) { return poller->stop(0.0); };
     stopped_.erase(std::remove_if(stopped_.begin(), stopped_.end(), hasEnded), stopped_.end());
@@ -119,7 +118,7 @@ void TimerWin32::startPoller()
         }
         poller_ = makePoller();
     }
-    poller_->start();
+    return poller_->start();
 }
 
 } // namespace brvUtils

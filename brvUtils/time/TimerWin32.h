@@ -2,6 +2,7 @@
 
 #include "brvUtils/time/ITimer.h"
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -68,8 +69,8 @@ private:
     bool isInert() const;
     bool pausePoller();
     std::unique_ptr<Poller> makePoller() const;
-    void startSystemTimer();
-    void startPoller();
+    bool startSystemTimer();
+    std::shared_ptr<std::atomic<bool>> startPoller();
 
     double period_; ///< Seconds.
     void (*callback_)(void*);

@@ -120,42 +120,44 @@ TEST(TimerWin32, PollsWhereTheSystemsTimerCannotBeSet)
     EXPECT_FALSE(timer.pause());
 }
 
-class TimerFromWithin : public testing::TestWithParam<unsigned long>
+class TimerFromWithin : public testing::TestWithParam<std::pair<unsigned long, double>>
 {
 };
 
-TEST_P(TimerFromWithin, MayBeRunAgainAndDestroyedByItsOwnCall)
+TEST_P(TimerFromWithin, MayBeRunAgainAndDestroyedByItsOwnCallEvenTheFirst)
 {
     struct Owner
     {
+        bool runsAgain;
         std::unique_ptr<TimerWin32> timer;
-        std::promise<void> begin;
-        std::shared_future<void> begun{begin.get_future()};
         std::atomic<bool> destroyed{false};
-        std::atomic<bool> ranAgain{false};
-    };
-    for (int round = 0; round < 20; ++round) {
-        Owner owner;
-        const auto destroy = [](void* context) {
+
+        static void call(void* context)
+        {
             auto& self = *static_cast<Owner*>(context);
-            self.begun.wait();
-            if (!self.ranAgain.exchange(true)) {
+            if (self.runsAgain) {
+                self.runsAgain = false;
                 EXPECT_TRUE(self.timer->run());
                 return;
             }
             self.timer.reset();
             self.destroyed = true;
-        };
-        owner.timer = std::make_unique<TimerWin32>(0.001, destroy, &owner, GetParam());
-        owner.timer->run();
-        owner.begin.set_value();
+        }
+    };
+    const auto [mode, period] = GetParam();
+    for (int round = 0; round < 40; ++round) {
+        Owner owner{round % 2 == 0, nullptr};
+        owner.timer = std::make_unique<TimerWin32>(period, Owner::call, &owner, mode);
+        TimerWin32& timer = *owner.timer;
+        EXPECT_TRUE(timer.run());
         while (!owner.destroyed) {
             std::this_thread::yield();
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(SystemAndPollers, TimerFromWithin, testing::Values(0, 6, 7));
+INSTANTIATE_TEST_SUITE_P(SystemAndPollers, TimerFromWithin,
+    testing::Values(std::pair{0UL, 0.001}, std::pair{6UL, 0.001}, std::pair{6UL, 0.000001}, std::pair{7UL, 0.0001}));
 
 /// A call that stays until it is let go on, and those that come meanwhile.
 struct LongCall

@@ -84,12 +84,12 @@ std::int64_t beatAfter(PeriodicTimer& timer, std::int64_t beat)
 void* beat(void* argument) noexcept
 {
     auto* timer = static_cast<PeriodicTimer*>(argument);
+    while (!timer->known) {
+        sched_yield(); // as long as this thread is no more urgent than the one that it waits for
+    }
     sharpenThisThread();
     EarlyWake early(timer->period);
     calling = timer;
-    while (!timer->known) {
-        sched_yield();
-    }
     for (std::int64_t beat = 1; sleepUntil(*timer, timer->start + beat * timer->period, early);) {
         timer->call(timer->context);
         if (calling == nullptr) { // stopped by its own call, which left it to this thread

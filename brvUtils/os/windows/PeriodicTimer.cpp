@@ -28,7 +28,7 @@ void CALLBACK beat(UINT, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) noexcept
 {
     const auto* timer = reinterpret_cast<const PeriodicTimer*>(user);
     while (!timer->known) {
-        Sleep(0);
+        Sleep(1); // not 0, which would not let a less urgent thread run
     }
     timer->call(timer->context); // which may stop the timer: it is not to be looked at again
 }

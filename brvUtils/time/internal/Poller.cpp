@@ -22,12 +22,16 @@ public:
 
     void restart() { clock_.init(); }
 
+    const Gate& gate() const { return gate_; }
+
     /// Whether its call is running on this thread.
     bool isCalling() const { return calling == this; }
 
     bool execute() override
     {
-        callWhenDue();
+        if (*gate_) {
+            callWhenDue();
+        }
         if (pause_ == Pause::yields) {
             os::yieldThread();
         }
@@ -54,6 +58,7 @@ private:
     void (*const callback_)(void*);
     void* const context_;
     const Pause pause_;
+    const Gate gate_ = std::make_shared<std::atomic<bool>>(false);
     Utilities::Clock clock_;
     double lastBeat_ = 0.0; ///< Clock time.
     double lag_ = 0.0; ///< Seconds by which that was late.
@@ -96,11 +101,12 @@ Poller::~Poller()
     }
 }
 
-void Poller::start()
+Poller::Gate Poller::start()
 {
     beat_->restart();
     thread_->startWithPriorityOffset(-1);
     started_ = true;
+    return beat_->gate();
 }
 
 bool Poller::stop(double timeout)

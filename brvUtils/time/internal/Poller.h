@@ -3,6 +3,7 @@
 #include "Utilities/Clock.h"
 #include "brvUtils/time/ThreadWin32.h"
 
+#include <atomic>
 #include <memory>
 
 namespace brvUtils {
@@ -23,9 +24,13 @@ public:
     Poller(const Poller&) = delete;
     Poller& operator=(const Poller&) = delete;
 
-    /// The first beat comes one period later. The thread runs a step of priority below the caller's.
+    /// Opens when it is set; may outlive the poller.
+    using Gate = std::shared_ptr<std::atomic<bool>>;
+
+    /// The first beat comes one period later, but not before the gate is open: that call may destroy whatever started it.
+    /// The thread runs a step of priority below the caller's.
     /// \throw SystemRessourcesError when the system refuses.
-    void start();
+    Gate start();
 
     bool started() const { return started_; }
 
