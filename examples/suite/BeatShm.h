@@ -31,7 +31,7 @@ public:
     explicit BeatShm(const std::string& module)
         : ModuleShm(module + "Beat", sizeof(Beat), layoutVersion)
     {
-        if (!addPart(beat_)) {
+        if (!addParts(beat_)) {
             throw brvUtils::ConfigurationError("what " + module + " tells of its beat cannot be shared");
         }
     }

@@ -36,6 +36,7 @@ Heartbeat::Heartbeat(const std::string& module, double period)
 {
     beat_.process = ownProcess();
     shm_.tell(beat_);
+    semaphore_.ask(0.0); // it starts free, which is no beat
     semaphore_.setTimeLogger(&log_);
     semaphore_.run();
 }

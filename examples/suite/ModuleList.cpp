@@ -11,6 +11,13 @@ namespace suite {
 
 namespace {
 
+void refusePath(const std::string& name)
+{
+    if (name.find_first_of("/\\") != std::string::npos) {
+        throw brvUtils::ConfigurationError(name + " is no name of a module but a path");
+    }
+}
+
 /// The program of that name, with the extension that this one has.
 std::string programIn(const std::string& folder, const std::string& name)
 {
@@ -35,11 +42,13 @@ std::vector<ModuleCommand> readModuleList(
         if (!(words >> command.name)) {
             continue;
         }
+        refusePath(command.name);
         command.program = programIn(folder, command.name);
         command.arguments = common;
         for (std::string word; words >> word;) {
             if (!command.arguments.empty() && command.arguments.back() == "-p") {
                 command.name = word;
+                refusePath(word);
             }
             command.arguments.push_back(word);
         }

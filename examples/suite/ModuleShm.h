@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -30,14 +31,53 @@ public:
     Value value{};
 };
 
+/// Held by one of those that make or open the segment of a name, from its construction on until it is released.
+class Making
+{
+public:
+    explicit Making(const std::string& name)
+        : lock_(std::in_place, (name + "Making").c_str(), true, true)
+    {
+        constexpr double patience = 5.0; // seconds; it is held for milliseconds: nobody is waited for who was stopped meanwhile
+        std::string dead;
+        while (lock_->askAsLock(patience, dead) == brvUtils::SemaphoreWin32::LockOutcome::takerDied) {
+        }
+    }
+    ~Making() { release(); }
+    Making(const Making&) = delete;
+    Making& operator=(const Making&) = delete;
+
+    void release()
+    {
+        if (lock_) {
+            lock_->free();
+            lock_.reset();
+        }
+    }
+
+private:
+    std::optional<brvUtils::SemaphoreWin32> lock_; ///< Closed when released, so that nothing is left of one who is killed.
+};
+
 /// A segment where the selected configuration says, which goes on when modules are killed. One thread at a time per object.
-class ModuleShm : public brvUtils::CompositeShm
+class ModuleShm : private Making, public brvUtils::CompositeShm
 {
 protected:
-    /// \throw brvUtils::ConfigurationError when the shared memory cannot be had.
+    /// addParts() has to follow. \throw brvUtils::ConfigurationError when the shared memory cannot be had.
     ModuleShm(const std::string& name, std::size_t size, short layoutVersion)
-        : CompositeShm(brvUtils::newShm, brvUtils::SemaphoreWin32::New, name.c_str(), size, layoutVersion, 0)
+        : Making(name)
+        , CompositeShm(brvUtils::newShm, brvUtils::SemaphoreWin32::New, name.c_str(), size, layoutVersion, 0)
     {
+    }
+
+    /// Registers all parts. Whoever made the segment writes their values to it: only then do others get to open it, or
+    /// these values would replace what they wrote. False when one of the parts could not be made.
+    template <typename... Parts>
+    bool addParts(Parts&... parts)
+    {
+        const bool done = (addPart(parts) && ...);
+        release();
+        return done;
     }
 
     /// Writes the part's value to the segment, or reads it from there. False when the part could not be had.

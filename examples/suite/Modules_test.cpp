@@ -61,6 +61,16 @@ TEST_F(Modules, displayMayStartSecond)
     lineWith(display, "display: the vehicle drives ECE-15");
 }
 
+TEST_F(Modules, bothMayStartAtOnce)
+{
+    for (int round = 0; round < 5; ++round) {
+        instance_ = brvTesting::uniqueName();
+        ChildProcess display = start("display", {"-wait", "30", "-silence", "30"});
+        ChildProcess vehicle = start("vehicle", {"-seconds", "0"});
+        EXPECT_THAT(lineWith(display, "display: the vehicle drives"), HasSubstr("drives ECE-15 (195 s) at 20 x real time"));
+    }
+}
+
 TEST_F(Modules, displayNoticesThatTheVehicleWasKilled)
 {
     ChildProcess vehicle = start("vehicle", {"-seconds", "0"});

@@ -1,6 +1,7 @@
 #include "SupervisedModule.h"
 
 #include "Heartbeat.h"
+#include "Module.h"
 
 #include <brvUtils/time/TimerWin32.h>
 
@@ -117,7 +118,7 @@ void SupervisedModule::lookAtEnd(const ProcessEnd& end, double now)
     } else if (++failures_ >= rules_.tries) {
         become(State::failed, text + "; given up after " + std::to_string(failures_) + " starts");
     } else {
-        become(State::dead, text + "; starts again in " + inSeconds(rules_.pause));
+        become(State::dead, text + "; starts again " + (rules_.pause > 0.0f ? "in " + inSeconds(rules_.pause) : "at once"));
         since_ = now; // also when it was dead before its process was killed
     }
 }
@@ -146,7 +147,7 @@ void SupervisedModule::lookAtSigns(double now)
             failures_ = 0;
         }
     } else if (state_ == State::alive) {
-        become(State::dead, "no sign of life" + (rules_.grace > 0.0f ? "; killed unless one comes within " + inSeconds(rules_.grace) : std::string()));
+        become(State::dead, "no sign of life" + (rules_.grace > 0.0f ? "; killed unless signs come again within " + inSeconds(rules_.grace) : std::string()));
     } else if (state_ == State::dead && rules_.grace > 0.0f && lasted >= rules_.grace) {
         kill("killed, no sign of life for " + inSeconds(rules_.grace));
     } else if (state_ != State::dead && lasted >= startPatience) {
@@ -165,7 +166,8 @@ bool SupervisedModule::askToEnd(double now)
         endWatching();
         become(State::ending, "asked to end");
     } else {
-        become(State::ended, "not started again");
+        // It was to come back. A user who ends all does not mind; otherwise its work is not done.
+        become(StopRequest::received() ? State::ended : State::failed, "not started again");
     }
     return true;
 }

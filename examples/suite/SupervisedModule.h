@@ -25,7 +25,7 @@ struct ModuleCommand
 struct SupervisionRules
 {
     float pause = 1.0f; ///< Seconds between a module's death and its next start.
-    float grace = 3.0f; ///< Seconds without a sign of life after which a dead module's process is killed; 0: never.
+    float grace = 3.0f; ///< Seconds without a sign of life after which a dead module's process is killed, 2 at least; 0: never.
     int tries = 3; ///< After so many starts in a row of which none lasted, the module is given up.
 };
 
@@ -41,7 +41,7 @@ public:
         restarting, ///< As starting, after a death.
         ending, ///< Asked to end.
         ended, ///< By itself or when it was asked, and for good.
-        failed ///< Given up, or it had to be killed at its end.
+        failed ///< Given up, dead when all were to end, or it had to be killed at its end.
     };
 
     /// \throw brvUtils::ConfigurationError when what it shares with the module cannot be had.

@@ -69,6 +69,16 @@ protected:
         return {};
     }
 
+    /// The next row that shows the module alive with the figures of its beat.
+    Row rowWithFigures(ChildProcess& supervisor, const std::string& module)
+    {
+        Row next;
+        do {
+            next = row(supervisor, module, "alive");
+        } while (next.process != 0 && next.note.empty());
+        return next;
+    }
+
     /// What it wrote until nobody had its output open any more: it and all whom it started.
     std::string restOf(ChildProcess& supervisor)
     {
@@ -103,23 +113,28 @@ TEST_F(Supervisor, startsAKilledModuleAgainAndLeavesNoneBehindWhenItIsKilledItse
 
 TEST_F(Supervisor, showsTheBeatsAndEndsAllInOrder)
 {
-    ChildProcess supervisor = supervise({"-seconds", "2.5"});
+    // A module that is given up makes the others end.
+    ChildProcess supervisor = supervise({"-modules", "display -silence 100, vehicle -seconds 0, display -p screen", "-tries", "1"});
     lineWith(supervisor, "jitter p50 us");
-    const std::string text = restOf(supervisor);
-    EXPECT_EQ(supervisor.wait(deadline), success) << supervisor.errorOutput();
-    std::istringstream figures(lastRow(text, "vehicle", "alive").note);
+    lineWith(supervisor, "display: the vehicle drives ");
+    const Row beats = rowWithFigures(supervisor, "vehicle");
+    std::istringstream figures(beats.note);
     double rate = 0.0, last = 0.0, median = -1.0, most = -1.0, maximum = -1.0;
-    EXPECT_TRUE(figures >> rate >> last >> median >> most >> maximum) << text;
+    EXPECT_TRUE(figures >> rate >> last >> median >> most >> maximum) << beats.note;
     EXPECT_GT(rate, 0.0);
     EXPECT_GT(last, 0.0);
     EXPECT_LE(0.0, median);
     EXPECT_LE(median, most);
     EXPECT_LE(most, maximum);
+
+    ASSERT_TRUE(suite::killProcess(rowWithFigures(supervisor, "screen").process));
+    const std::string text = restOf(supervisor);
+    EXPECT_EQ(supervisor.wait(deadline), failure) << supervisor.errorOutput();
+    EXPECT_THAT(lastRow(text, "screen", "failed").note, HasSubstr("; given up after 1 starts"));
     EXPECT_THAT(text, HasSubstr("vehicle: stopped: "));
     EXPECT_THAT(text, HasSubstr("display: the vehicle has ended after ")) << "it is to end behind the vehicle";
     EXPECT_EQ(lastRow(text, "vehicle", "ended").note, "ended with code 0");
     EXPECT_EQ(lastRow(text, "display", "ended").note, "ended with code 0");
-    EXPECT_THAT(text, EndsWith("supervisor: all modules have ended\n"));
 }
 
 TEST_F(Supervisor, endsWithModulesThatEndByThemselves)
@@ -129,6 +144,16 @@ TEST_F(Supervisor, endsWithModulesThatEndByThemselves)
     EXPECT_EQ(supervisor.wait(deadline), success) << supervisor.errorOutput();
     EXPECT_EQ(lastRow(text, "car", "ended").note, "ended with code 0");
     EXPECT_EQ(lastRow(text, "screen", "ended").note, "ended with code 0");
+    EXPECT_THAT(text, EndsWith("supervisor: all modules have ended\n"));
+}
+
+TEST_F(Supervisor, aModuleThatIsDeadWhenTheTimeIsOverHasFailed)
+{
+    ChildProcess supervisor = supervise({"-modules", "vehicle -speed 0", "-seconds", "1", "-pause", "100"});
+    const std::string text = restOf(supervisor);
+    EXPECT_EQ(supervisor.wait(deadline), failure);
+    lastRow(text, "vehicle", "failed");
+    EXPECT_THAT(text, EndsWith("supervisor: not all modules did their work\n"));
 }
 
 TEST_F(Supervisor, givesUpAModuleThatFailsAtEveryStartAndEndsTheOthers)
@@ -151,6 +176,9 @@ TEST_F(Supervisor, mistakesAreExplained)
         {{"-modules", "vehicle, submarine"}, "supervisor: there is no module submarine in "},
         {{"-modules", "vehicle, vehicle"}, "supervisor: two modules are called vehicle"},
         {{"-modules", " , "}, "supervisor: no modules to start"},
+        {{"-modules", "bin/vehicle"}, "supervisor: bin/vehicle is no name of a module"},
+        {{"-modules", "vehicle -p my\\car"}, "supervisor: my\\car is no name of a module"},
+        {{"-grace", "1"}, "supervisor: -grace is 2 to 1000, not 1"},
         {{"-tries", "0"}, "supervisor: -tries is 1 to 1000, not 0"},
     };
     for (const auto& mistake : mistakes) {

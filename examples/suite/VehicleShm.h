@@ -18,7 +18,7 @@ public:
         , started_("VehicleStarted", true, false)
         , ended_("VehicleEnded", true, false)
     {
-        if (!addPart(state_) || !addPart(run_) || started_.getHandle() == nullptr || ended_.getHandle() == nullptr) {
+        if (!addParts(state_, run_) || started_.getHandle() == nullptr || ended_.getHandle() == nullptr) {
             throw brvUtils::ConfigurationError("what the vehicle shares cannot be made");
         }
     }

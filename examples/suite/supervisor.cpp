@@ -33,7 +33,7 @@ const char* const flags =
     "modules:string::Modules to start, each with its flags, a comma between two, by default what the configuration says;"
     "seconds:float:0:Ends the modules after that time, up to 100000 s, 0 when they end by themselves;"
     "pause:float:1:Seconds between the death of a module and its next start, 0 to 1000;"
-    "grace:float:3:Seconds without a sign of life until a module is killed and started again, 0 never, up to 1000;"
+    "grace:float:3:Seconds without a sign of life until a module is killed and started again, 2 to 1000, 0 never;"
     "tries:int:3:Starts of a module in a row without 5 s of life after which all is given up;";
 
 constexpr double beatPeriod = 0.05; // seconds
@@ -164,7 +164,7 @@ int main(int argc, char** argv)
         arguments.addFloatHandler("grace", rules.grace);
         arguments.addIntHandler("tries", rules.tries);
         if (!readCommandLine(arguments, me) || !withinLimits(me, "seconds", options.seconds, 0.0f, 100000.0f)
-            || !withinLimits(me, "pause", rules.pause, 0.0f, 1000.0f) || !withinLimits(me, "grace", rules.grace, 0.0f, 1000.0f)
+            || !withinLimits(me, "pause", rules.pause, 0.0f, 1000.0f) || (rules.grace != 0.0f && !withinLimits(me, "grace", rules.grace, 2.0f, 1000.0f))
             || !withinLimits(me, "tries", static_cast<float>(rules.tries), 1.0f, 1000.0f)) {
             return 1;
         }

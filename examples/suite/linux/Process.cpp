@@ -38,6 +38,7 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
     }
     pointers.push_back(nullptr);
 
+    std::signal(SIGCHLD, SIG_DFL); // whoever ignored it before this program began would hide how children end
     const pid_t parent = getpid();
     system_->number = fork();
     if (system_->number == 0) {
