@@ -16,6 +16,7 @@ public:
     /// \param period of the beats, in nanoseconds, as all times here.
     explicit EarlyWake(std::int64_t period)
         : longest_(std::min(period / partOfPeriod, longestEver))
+        , lead_(longest_ / 2) // a guess, so that the first beats are no worse than the others
     {
     }
 
@@ -35,7 +36,7 @@ private:
     static constexpr std::int64_t longestEver = 100'000;
 
     std::int64_t longest_;
-    std::int64_t lead_ = 0;
+    std::int64_t lead_;
 };
 
 } // namespace brvUtils::os
