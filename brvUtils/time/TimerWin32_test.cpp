@@ -11,6 +11,7 @@
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <ostream>
 #include <set>
 #include <thread>
 
@@ -52,6 +53,8 @@ struct Case
     double period;
     unsigned long mode;
     std::size_t sources;
+
+    friend void PrintTo(const Case& tested, std::ostream* out) { *out << "mode " << tested.mode << ", " << tested.period * 1e6 << " us"; }
 };
 
 class TimerModes : public testing::TestWithParam<Case>
@@ -120,7 +123,7 @@ TEST(TimerWin32, PollsWhereTheSystemsTimerCannotBeSet)
     EXPECT_FALSE(timer.pause());
 }
 
-class TimerFromWithin : public testing::TestWithParam<std::pair<unsigned long, double>>
+class TimerFromWithin : public testing::TestWithParam<Case>
 {
 };
 
@@ -144,7 +147,8 @@ TEST_P(TimerFromWithin, MayBeRunAgainAndDestroyedByItsOwnCallEvenTheFirst)
             self.destroyed = true;
         }
     };
-    const auto [mode, period] = GetParam();
+    const auto& [period, mode, sources] = GetParam();
+    ASSERT_EQ(sources, 1u) << "two would call at the same time";
     for (int round = 0; round < 40; ++round) {
         Owner owner{round % 2 == 0, nullptr};
         owner.timer = std::make_unique<TimerWin32>(period, Owner::call, &owner, mode);
@@ -157,7 +161,7 @@ TEST_P(TimerFromWithin, MayBeRunAgainAndDestroyedByItsOwnCallEvenTheFirst)
 }
 
 INSTANTIATE_TEST_SUITE_P(SystemAndPollers, TimerFromWithin,
-    testing::Values(std::pair{0UL, 0.001}, std::pair{6UL, 0.001}, std::pair{6UL, 0.000001}, std::pair{7UL, 0.0001}));
+    testing::Values(Case{0.001, 0, 1}, Case{0.001, 6, 1}, Case{0.000001, 6, 1}, Case{0.0001, 7, 1}));
 
 /// A call that stays until it is let go on, and those that come meanwhile.
 struct LongCall
