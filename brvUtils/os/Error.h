@@ -25,6 +25,7 @@ constexpr ErrorCode invalidData = 13; ///< The table of named objects is damaged
 constexpr ErrorCode notSupported = 50; ///< The system cannot do this.
 constexpr ErrorCode invalidParameter = 87; ///< Bad size, name or count.
 constexpr ErrorCode diskFull = 112; ///< The shared-memory file system has not enough space.
+constexpr ErrorCode moduleNotFound = 126; ///< No such library, or something that it needs is missing.
 constexpr ErrorCode alreadyExists = 183;
 constexpr ErrorCode fileNameTooLong = 206;
 constexpr ErrorCode tooManyPosts = 298; ///< A release of a semaphore that is free.

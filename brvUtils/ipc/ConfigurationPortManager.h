@@ -1,0 +1,56 @@
+#pragma once
+
+#include "brvUtils/export.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace brvUtils {
+
+class IShm;
+class Lock;
+
+/// Gives the modules of a computer network ports that no other module has, from 25099 to 25300.
+///
+/// A table shared by all instances of the suite on the computer tells which process has which port. What a process has when
+/// it ends, however it ends, is given to others again. The ports are not opened: programs that do not ask here may use them.
+/// There is one manager per process; once it was got, any thread may use it.
+class BRVUTILS_API ConfigurationPortManager
+{
+public:
+    /// The manager of this process, which lasts until the process ends or somebody deletes it. The first call makes it, and
+    /// has to return before other threads call. Null, with a line on the error stream, when the table or its guard cannot be
+    /// had; the next call tries again.
+    static ConfigurationPortManager* getInstance();
+
+    /// Gives back the ports of this process, as release().
+    ~ConfigurationPortManager();
+    ConfigurationPortManager(const ConfigurationPortManager&) = delete;
+    ConfigurationPortManager& operator=(const ConfigurationPortManager&) = delete;
+
+    /// Takes the lowest free ports, besides those that the process has already.
+    /// \param count how many.
+    /// \param ports they, in increasing order; they need not be consecutive. Empty after a failure.
+    /// \return false, and nothing is taken, for a count of 0, when fewer are free, or when the table is not to be had within
+    ///         30 s.
+    bool allocate(size_t count, std::vector<unsigned short>& ports);
+
+    /// Gives back all ports of this process, be there any or none. False, with a line on the error stream, when the table is
+    /// not to be had within 30 s.
+    bool release();
+
+protected:
+    /// Frees the ports of processes that have ended. Only while the guard is held.
+    void cleanupPortsOfDeadProcesses();
+
+private:
+    ConfigurationPortManager(std::unique_ptr<Lock> guard, std::unique_ptr<IShm> table);
+
+    std::unique_ptr<Lock> guard_;
+    std::unique_ptr<IShm> table_;
+
+    static ConfigurationPortManager* ourInstance;
+};
+
+} // namespace brvUtils
