@@ -251,6 +251,7 @@ void CompositeShm::remove(ShmAble& part)
     if (place != nullptr && place->index == 0) {
         std::printf("Object not in Shm\n");
     } else if (place != nullptr) {
+        shm_->describePart(place->index, place->offset, 0, nullptr); // its semaphore goes
         parts_->remove(*place);
     }
 }

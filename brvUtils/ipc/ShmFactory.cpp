@@ -1,30 +1,36 @@
 #include "brvUtils/ipc/ShmFactory.h"
 
 #include "brvUtils/core/Errors.h"
+#include "brvUtils/ipc/ShmVmic.h"
 #include "brvUtils/ipc/ShmWin32.h"
 #include "brvUtils/startup/EnvConfig.h"
 
 #include <Utilities/ConfigFile.h>
 
+#include <optional>
 #include <string>
 
 namespace brvUtils {
 
 namespace {
 
-bool isReflective(char const* name, short version)
+/// The segment that the configuration wants on a card, null when the card is not to be had; nothing when it does not.
+std::optional<IShm*> newReflectiveShm(char const* name, size_t size, short version)
 {
     try {
         const std::string path = EnvConfig::getConfigFilePath("shm.cfg", true);
         Utilities::ConfigFile file;
         if (path.empty() || !file.load(path)) {
-            return false;
+            return std::nullopt;
         }
         file.setSection(std::string(name) + (version > 0 ? "_" + std::to_string(version) : ""));
         std::string type;
-        return file.readString("Type", type) && type == "VMIC";
+        if (!file.readString("Type", type) || type != "VMIC") {
+            return std::nullopt;
+        }
+        return ShmVmic::New(name, size, version, file);
     } catch (const ConfigurationError&) {
-        return false; // no configuration, no choice
+        return std::nullopt; // no configuration, no choice
     }
 }
 
@@ -32,10 +38,8 @@ bool isReflective(char const* name, short version)
 
 IShm* newShm(char const* name, size_t size, short version, bool withInstance)
 {
-    if (isReflective(name, version)) {
-        return nullptr; // this library drives no reflective-memory card, so there is no view
-    }
-    return new ShmWin32(name, size, version, withInstance);
+    const std::optional<IShm*> shm = newReflectiveShm(name, size, version);
+    return shm ? *shm : new ShmWin32(name, size, version, withInstance);
 }
 
 } // namespace brvUtils

@@ -4,7 +4,6 @@
 #include "brvUtils/ipc/Rfm2g.h"
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -16,6 +15,9 @@ class ConfigFile;
 }
 
 namespace brvUtils {
+
+class ISemaphore;
+struct ReflectiveDriver;
 
 /// A segment in the memory of a reflective-memory card, which mirrors it to the cards of the other computers in its ring.
 ///
@@ -92,23 +94,29 @@ private:
     static constexpr int partCount = 256;
 
     void configure(Utilities::ConfigFile& config);
+    bool hasGoodInterrupt() const;
     bool open(const std::string& device);
     bool survey();
     bool listen();
-    void unregister();
+    static std::string holderOf(int interrupt);
+    void enroll();
+    void resign();
+    static void onEvent(rfm2g::Handle card, rfm2g::EventInfo* info);
+    static bool hasPart(int index, char const* attempt);
     void refresh(int index);
+    bool succeeded(rfm2g::Status status) const;
     rfm2g::Offset checksumOffset(int index) const;
     static int crc(char const* data, size_t length);
-    static void onEvent(rfm2g::Handle, rfm2g::EventInfo* info);
 
     std::string name_;
     size_t size_;
     std::uint32_t baseAddress_ = 0;
     std::int32_t interrupt_ = 1;
     rfm2g::Handle card_ = nullptr;
-    std::unique_ptr<char[]> copy_;
+    std::unique_ptr<char[]> copy_; ///< Null when the segment cannot be had.
     std::array<Part, partCount> parts_;
-    std::mutex refreshing_; ///< By the driver's thread.
+    const ReflectiveDriver* driver_ = nullptr;
+    std::mutex refreshing_; ///< Held by the driver's thread while it refreshes a part, and by whoever describes one.
     int calls_ = 0; ///< Of the driver's threads that are under way.
 
     static std::map<int, ShmVmic*>& ourInstances; ///< By interrupt.
