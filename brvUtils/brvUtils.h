@@ -12,6 +12,7 @@
 #include "brvUtils/core/Text.h"
 #include "brvUtils/core/ValuePtr.h"
 #include "brvUtils/ipc/CompositeShm.h"
+#include "brvUtils/ipc/ConfigurationPortManager.h"
 #include "brvUtils/ipc/CriticalSection.h"
 #include "brvUtils/ipc/EventGroupWin32.h"
 #include "brvUtils/ipc/EventWin32.h"

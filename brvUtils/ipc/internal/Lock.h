@@ -28,6 +28,9 @@ public:
         os::useAsLock(handle_);
     }
 
+    /// Whether there is a semaphore of the system behind it.
+    bool isOpen() const { return handle_ != nullptr; }
+
     ISemaphore* semaphore() const { return semaphore_.get(); }
 
     /// Takes it if that is possible at once without a word; what other kinds would say to that is not known.
