@@ -18,6 +18,33 @@ void refusePath(const std::string& name)
     }
 }
 
+bool isVariableName(const std::string& text)
+{
+    constexpr const char* letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
+    const std::string digits = "0123456789";
+    return !text.empty() && text.find_first_not_of(letters + digits) == text.npos && digits.find(text.front()) == text.npos;
+}
+
+/// Takes the words in front of the module, as a shell does. False when nothing but blanks comes behind the last of them.
+bool readVariables(std::istream& words, ModuleCommand& command)
+{
+    while (words >> command.name) {
+        const std::size_t equals = command.name.find('=');
+        if (equals == command.name.npos) {
+            return true;
+        }
+        const std::string variable = command.name.substr(0, equals);
+        if (!isVariableName(variable)) {
+            throw brvUtils::ConfigurationError("\"" + command.name + "\" sets no variable: names are letters, digits and underscores");
+        }
+        command.variables.emplace_back(variable, command.name.substr(equals + 1));
+    }
+    if (!command.variables.empty()) {
+        throw brvUtils::ConfigurationError("no module stands behind the variable " + command.variables.back().first);
+    }
+    return false;
+}
+
 /// The program of that name, with the extension that this one has.
 std::string programIn(const std::string& folder, const std::string& name)
 {
@@ -39,7 +66,7 @@ std::vector<ModuleCommand> readModuleList(
     for (std::string entry; std::getline(entries, entry, ',');) {
         std::istringstream words(entry);
         ModuleCommand command;
-        if (!(words >> command.name)) {
+        if (!readVariables(words, command)) {
             continue;
         }
         refusePath(command.name);

@@ -7,10 +7,11 @@
 
 namespace suite {
 
-/// The modules of a list such as "display -silence 10, vehicle": each the name of a program in a folder, with its arguments
-/// behind it, all separated by blanks.
+/// The modules of a list such as "display -silence 10, RFM2G_NODE=1 vehicle": each the name of a program in a folder, with
+/// variables of its environment in front and its arguments behind it, all separated by blanks.
 /// \param list UTF-8. \param folder of the programs, UTF-8. \param common arguments that each of them gets before its own.
-/// \throw brvUtils::ConfigurationError when there is none, a name is a path, a program is missing, or two have the same name.
+/// \throw brvUtils::ConfigurationError when there is none, a name is a path, a program is missing, two have the same name, or
+///        what stands in front of a module is no variable.
 std::vector<ModuleCommand> readModuleList(
     const std::string& list, const std::string& folder, const std::vector<std::string>& common);
 

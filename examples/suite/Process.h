@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace suite {
@@ -21,15 +22,21 @@ struct ProcessEnd
     std::string toText() const { return (bySignal ? "ended by signal " : "ended with code ") + std::to_string(code); }
 };
 
-/// A program started by this one, with the same standard streams and environment. It does not get this one's Ctrl-C, and
-/// never outlives this one, however that ends. One thread at a time; it has to stay until the process has ended.
+/// Name and value, UTF-8.
+using EnvironmentVariable = std::pair<std::string, std::string>;
+
+/// A program started by this one, with the same standard streams. It does not get this one's Ctrl-C, and never outlives this
+/// one, however that ends. One thread at a time; it has to stay until the process has ended.
 class Process
 {
 public:
     /// \param program path of the executable, UTF-8. \param arguments behind the program's name, UTF-8.
+    /// \param variables of its environment, in place of this one's of the same names; the others are the same. Of a name that
+    ///        comes twice the last counts.
     /// \throw brvUtils::SystemRessourcesError when the system refuses. On Linux a program that cannot be run ends with
     ///        code 127 instead.
-    Process(const std::string& program, const std::vector<std::string>& arguments);
+    Process(const std::string& program, const std::vector<std::string>& arguments,
+        const std::vector<EnvironmentVariable>& variables = {});
 
     /// Kills it when it still runs, and waits for that.
     ~Process();

@@ -66,7 +66,7 @@ void SupervisedModule::launch(State state, double now)
 {
     killReason_.clear();
     beat_ = {};
-    process_ = std::make_unique<Process>(command_.program, command_.arguments);
+    process_ = std::make_unique<Process>(command_.program, command_.arguments, command_.variables);
     number_ = process_->number();
     become(state, failures_ > 0 ? "start " + std::to_string(failures_ + 1) + " of " + std::to_string(rules_.tries) : "");
     since_ = now;

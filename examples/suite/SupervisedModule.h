@@ -19,6 +19,7 @@ struct ModuleCommand
     std::string name; ///< The module's name: that of the program, or what its flag -p says.
     std::string program; ///< Path, UTF-8.
     std::vector<std::string> arguments; ///< UTF-8.
+    std::vector<EnvironmentVariable> variables; ///< Added to the supervisor's own, or in place of them.
 };
 
 /// What a supervisor does about modules that die.

@@ -1,6 +1,7 @@
 // The supervisor and the modules that it starts, as a user runs them.
 #include "Modules_test.h"
 #include "Process.h"
+#include "testing/TemporaryFolder.h"
 
 #include <optional>
 #include <sstream>
@@ -147,6 +148,22 @@ TEST_F(Supervisor, endsWithModulesThatEndByThemselves)
     EXPECT_THAT(text, EndsWith("supervisor: all modules have ended\n"));
 }
 
+TEST_F(Supervisor, givesEachModuleTheVariablesInFrontOfIt)
+{
+    const brvTesting::TemporaryFolder tree("brv-täst");
+    std::filesystem::copy(programFolder() / "suite", tree.path(), std::filesystem::copy_options::recursive);
+    ChildProcess supervisor = supervise(
+        {"-modules", "A= STUDIO_PATH=/nowhere STUDIO_PATH=" + tree.file() + " vehicle -p far -explain data, vehicle -p near -explain data"});
+    const std::string text = restOf(supervisor);
+    EXPECT_EQ(supervisor.wait(deadline), success) << supervisor.errorOutput();
+    const auto dataOf = [&](const std::string& module) {
+        const std::size_t place = text.find(module + ":     SUITE_DATA = ");
+        return place == text.npos ? "nothing in\n" + text : text.substr(place, text.find('\n', place) - place);
+    };
+    EXPECT_THAT(dataOf("far"), HasSubstr(tree.path().filename().u8string())) << "the last of that name counts";
+    EXPECT_THAT(dataOf("near"), HasSubstr((programFolder().filename() / "suite").generic_u8string())) << "the supervisor's own";
+}
+
 TEST_F(Supervisor, aModuleThatIsDeadWhenTheTimeIsOverHasFailed)
 {
     ChildProcess supervisor = supervise({"-modules", "vehicle -speed 0", "-seconds", "1", "-pause", "100"});
@@ -178,6 +195,9 @@ TEST_F(Supervisor, mistakesAreExplained)
         {{"-modules", " , "}, "supervisor: no modules to start"},
         {{"-modules", "bin/vehicle"}, "supervisor: bin/vehicle is no name of a module"},
         {{"-modules", "vehicle -p my\\car"}, "supervisor: my\\car is no name of a module"},
+        {{"-modules", "vehicle, RFM2G_NODE=1"}, "supervisor: no module stands behind the variable RFM2G_NODE"},
+        {{"-modules", "2ND=1 vehicle"}, "supervisor: \"2ND=1\" sets no variable"},
+        {{"-modules", "=1 vehicle"}, "supervisor: \"=1\" sets no variable"},
         {{"-grace", "1"}, "supervisor: -grace is 2 to 1000, not 1"},
         {{"-tries", "0"}, "supervisor: -tries is 1 to 1000, not 0"},
     };

@@ -30,7 +30,7 @@ struct Options
 };
 
 const char* const flags =
-    "modules:string::Modules to start, each with its flags, a comma between two, by default what the configuration says;"
+    "modules:string::Modules to start, each with variables in front as a shell has them and flags behind, a comma between two, by default what the configuration says;"
     "seconds:float:0:Ends the modules after that time, up to 100000 s, 0 when they end by themselves;"
     "pause:float:1:Seconds between the death of a module and its next start, 0 to 1000;"
     "grace:float:3:Seconds without a sign of life until a module is killed and started again, 2 to 1000, 0 never;"

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <map>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,14 +30,47 @@ struct Process::System
     }
 };
 
-Process::Process(const std::string& program, const std::vector<std::string>& arguments)
-    : system_(std::make_unique<System>())
+namespace {
+
+/// "NAME=value" each: this process's own but for those that the new ones replace, and these.
+std::vector<std::string> environmentWith(const std::vector<EnvironmentVariable>& variables)
 {
-    std::vector<char*> pointers = {const_cast<char*>(program.c_str())};
-    for (const std::string& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.c_str()));
+    std::map<std::string, std::string> byName;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string text = *entry;
+        byName.emplace(text.substr(0, text.find('=')), text);
+    }
+    for (const auto& [name, value] : variables) {
+        byName[name] = name + "=" + value;
+    }
+    std::vector<std::string> texts;
+    for (const auto& entry : byName) {
+        texts.push_back(entry.second);
+    }
+    return texts;
+}
+
+/// As the system wants them, with a null behind the last.
+std::vector<char*> pointersTo(const std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (const std::string& text : texts) {
+        pointers.push_back(const_cast<char*>(text.c_str()));
     }
     pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+Process::Process(
+    const std::string& program, const std::vector<std::string>& arguments, const std::vector<EnvironmentVariable>& variables)
+    : system_(std::make_unique<System>())
+{
+    std::vector<char*> line = pointersTo(arguments);
+    line.insert(line.begin(), const_cast<char*>(program.c_str()));
+    const std::vector<std::string> environment = environmentWith(variables);
+    const std::vector<char*> entries = pointersTo(environment);
 
     std::signal(SIGCHLD, SIG_DFL); // whoever ignored it before this program began would hide how children end
     const pid_t parent = getpid();
@@ -48,7 +82,7 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
             _exit(127); // the parent ended before the line above
         }
         setpgid(0, 0); // a terminal sends its Ctrl-C to the parent's group
-        execv(pointers[0], pointers.data());
+        execve(line[0], line.data(), entries.data());
         _exit(127);
     }
     if (system_->number < 0) {

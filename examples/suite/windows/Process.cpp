@@ -5,6 +5,9 @@
 
 #include <windows.h>
 
+#include <cwchar>
+#include <map>
+
 namespace suite {
 
 namespace {
@@ -38,6 +41,36 @@ std::wstring quoted(const std::string& argument)
     return text.append(backslashes, L'\\') + L'"';
 }
 
+/// Case does not count in names.
+struct LessByName
+{
+    bool operator()(const std::wstring& left, const std::wstring& right) const
+    {
+        return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_LESS_THAN;
+    }
+};
+
+/// "NAME=value" each, with a zero behind it and one more at the end, sorted by name: this process's own but for those that
+/// the new ones replace, and these.
+std::wstring environmentWith(const std::vector<EnvironmentVariable>& variables)
+{
+    std::map<std::wstring, std::wstring, LessByName> byName;
+    wchar_t* const own = GetEnvironmentStringsW();
+    for (const wchar_t* entry = own; entry != nullptr && *entry != L'\0'; entry += std::wcslen(entry) + 1) {
+        const std::wstring text = entry;
+        byName.emplace(text.substr(0, text.find(L'=', 1)), text); // the system has some that begin with '='
+    }
+    FreeEnvironmentStringsW(own);
+    for (const auto& [name, value] : variables) {
+        byName[Utilities::Encoding::Transcode(name)] = Utilities::Encoding::Transcode(name + "=" + value);
+    }
+    std::wstring block;
+    for (const auto& entry : byName) {
+        block += entry.second + L'\0';
+    }
+    return block + L'\0';
+}
+
 } // namespace
 
 struct Process::System
@@ -55,7 +88,8 @@ struct Process::System
     }
 };
 
-Process::Process(const std::string& program, const std::vector<std::string>& arguments)
+Process::Process(
+    const std::string& program, const std::vector<std::string>& arguments, const std::vector<EnvironmentVariable>& variables)
     : system_(std::make_unique<System>())
 {
     const std::wstring file = Utilities::Encoding::Transcode(program);
@@ -63,11 +97,12 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
     for (const std::string& argument : arguments) {
         line += L' ' + quoted(argument);
     }
+    std::wstring environment = environmentWith(variables);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
-            nullptr, &startup, &started)) {
+    if (!CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, TRUE,
+            CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP | CREATE_UNICODE_ENVIRONMENT, environment.data(), nullptr, &startup, &started)) {
         throw brvUtils::SystemRessourcesError(program + " cannot be run");
     }
     system_->number = started.dwProcessId;
