@@ -17,6 +17,12 @@ install(TARGETS brvUtils ${BRV_STAND_INS} EXPORT brvUtilsTargets
 if(BRV_RUNTIME_LIBRARIES)
   install(FILES ${BRV_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
+# Apart from the other libraries: it takes the place of a card's own driver only for whom it is told to.
+if(TARGET rfm2g)
+  install(TARGETS rfm2g
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}/rfm2g
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/brvUtils/rfm2g)
+endif()
 
 set(public_headers FILES_MATCHING PATTERN "*.h"
   PATTERN "internal" EXCLUDE PATTERN "*_test*" EXCLUDE PATTERN "*_benchmark*" EXCLUDE)

@@ -57,6 +57,9 @@ public:
     /// Bytes of its memory, all of which may be used.
     Offset size() const;
 
+    /// Whether these bytes lie within it.
+    bool contains(Offset from, Offset length) const { return from <= size() && length <= size() - from; }
+
     /// What was never written is zero, and costs no memory to be read. \return false when the range goes beyond the memory.
     bool read(Offset from, void* to, Offset length) const;
 
@@ -73,7 +76,8 @@ public:
 private:
     friend class Member;
     explicit Ring(std::unique_ptr<RingFile> file);
-    bool contains(Offset from, Offset length) const { return from <= size() && length <= size() - from; }
+    static RingOpening openLocked(const RingPlace& place, std::optional<Offset> size);
+    char* memory() const;
     bool reserve(Offset to, Offset length);
 
     std::unique_ptr<RingFile> file_;
