@@ -1,13 +1,13 @@
-# brv_add_test(NAME SOURCE... [LIBRARIES target...] [LOADS_FROM folder])
+# brv_add_test(NAME SOURCE... [LIBRARIES target...] [LOADS_FROM folder] [LOCKS name])
 #
 # A test program whose cases CTest runs one by one, each in a process of its own with a deadline. It finds libraries that it
-# loads by name in the folder of LOADS_FROM. CTest asks the program
-# for its cases when it starts and the program is new; the first Windows program to be asked makes Wine's prefix.
+# loads by name in the folder of LOADS_FROM. Of all cases with the same name behind LOCKS one runs at a time. CTest asks the
+# program for its cases when it starts and the program is new; the first Windows program to be asked makes Wine's prefix.
 
 set(BRV_TEST_DEADLINE 60 CACHE STRING "Seconds after which a test case counts as hanging")
 
 function(brv_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LOADS_FROM" "LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LOADS_FROM;LOCKS" "LIBRARIES")
   if(NOT BRVUTILS_BUILD_TESTS)
     return()
   endif()
@@ -16,8 +16,11 @@ function(brv_add_test name)
   if(arg_LOADS_FROM)
     set(environment ENVIRONMENT_MODIFICATION "${BRV_LIBRARY_PATH_CHANGE}${arg_LOADS_FROM}")
   endif()
+  if(arg_LOCKS)
+    set(lock RESOURCE_LOCK ${arg_LOCKS})
+  endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
-    PROPERTIES TIMEOUT ${BRV_TEST_DEADLINE} ${BRV_TEST_FIXTURE} ${environment})
+    PROPERTIES TIMEOUT ${BRV_TEST_DEADLINE} ${BRV_TEST_FIXTURE} ${environment} ${lock})
 endfunction()
 
 # How a program is told where it finds libraries that it loads by name: before it starts, and by one that starts it.
