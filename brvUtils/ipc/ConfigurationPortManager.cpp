@@ -55,25 +55,20 @@ class Living
 public:
     bool has(std::uint32_t process)
     {
-        const auto end = known_.begin() + count_;
-        const auto found = std::find_if(known_.begin(), end, [&](const Known& known) { return known.process == process; });
-        if (found != end) {
-            return found->alive;
+        const auto found = std::find(known_.begin(), known_.begin() + count_, process);
+        const auto place = static_cast<size_t>(found - known_.begin());
+        if (found == known_.begin() + count_) {
+            known_[place] = process;
+            alive_[place] = os::processIsAlive(process);
+            ++count_;
         }
-        const bool alive = process == os::currentProcessId() || os::processIsAlive(process);
-        known_[count_++] = {process, alive};
-        return alive;
+        return alive_[place];
     }
 
 private:
-    struct Known
-    {
-        std::uint32_t process;
-        bool alive;
-    };
-
-    std::array<Known, portCount> known_;
-    std::ptrdiff_t count_ = 0;
+    std::ptrdiff_t count_ = 1;
+    std::array<std::uint32_t, portCount + 1> known_{os::currentProcessId()};
+    std::array<bool, portCount + 1> alive_{true};
 };
 
 } // namespace
@@ -137,8 +132,9 @@ bool ConfigurationPortManager::allocate(size_t count, std::vector<unsigned short
         ports.clear();
         return false;
     }
+    const std::uint32_t own = os::currentProcessId();
     for (const unsigned short port : ports) {
-        entries[port - firstPort] = os::currentProcessId();
+        entries[port - firstPort] = own;
     }
     return true;
 }
