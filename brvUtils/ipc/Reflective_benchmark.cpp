@@ -4,6 +4,7 @@
 #include "brvUtils/ipc/CardSegment_benchmark.h"
 #include "brvUtils/ipc/Checksum_benchmark.h"
 #include "brvUtils/ipc/InterruptDelivery_benchmark.h"
+#include "brvUtils/ipc/Ports_benchmark.h"
 #include "brvUtils/ipc/internal/Checksum.h"
 #include "testing/CapturedOutput.h"
 #include "testing/Interleaved.h"
@@ -97,6 +98,7 @@ void addRows(BenchmarkTable& table)
     table.add(byInterrupt("64 KiB", 65536));
     addDeliveryRows(table);
     addChecksumRows(table);
+    addPortRows(table); // last, since by now nothing of the library is open
 }
 
 } // namespace
