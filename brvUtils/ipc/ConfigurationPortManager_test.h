@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <stdexcept>
 #include <vector>
 
 namespace portTests {
@@ -52,7 +53,8 @@ protected:
     brvUtils::ConfigurationPortManager& manager()
     {
         used_ = true;
-        return *brvUtils::ConfigurationPortManager::getInstance();
+        auto* manager = brvUtils::ConfigurationPortManager::getInstance();
+        return manager != nullptr ? *manager : throw std::runtime_error("there is no manager");
     }
 
     /// Empty after a failure.
