@@ -22,6 +22,8 @@ if(TARGET rfm2g)
   install(TARGETS rfm2g
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}/rfm2g
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/brvUtils/rfm2g)
+  set_target_properties(rfm2g-card PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS rfm2g-card RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
 set(public_headers FILES_MATCHING PATTERN "*.h"

@@ -28,9 +28,11 @@ std::unique_ptr<Ring> openRing(const RingPlace& place)
     return std::move(opening.ring);
 }
 
-std::string folderOf(const RingPlace& place)
+std::string hexadecimal(Offset value)
 {
-    return place.folder.empty() ? softwareCard::defaultFolder() : place.folder;
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%" PRIx32, value);
+    return text;
 }
 
 bool exists(const RingPlace& place)
@@ -88,7 +90,7 @@ void damage(Ring& ring, Offset at)
 {
     std::uint32_t word = 0;
     if (!ring.read(at, &word, sizeof word)) {
-        throw Fault("the card has " + std::to_string(ring.size()) + " bytes: there is no word at " + std::to_string(at));
+        throw Fault("a word at " + hexadecimal(at) + " ends beyond the card's " + hexadecimal(ring.size()) + " bytes");
     }
     const std::uint32_t damaged = ~word;
     if (!ring.write(at, &damaged, sizeof damaged)) {
@@ -105,8 +107,11 @@ void list(const RingPlace& place)
     if (!place.ring.empty()) {
         names.erase(std::remove_if(names.begin(), names.end(), [&](const std::string& name) { return name != place.ring; }), names.end());
     }
+    if (names.empty() && !place.ring.empty()) {
+        throw Fault("there is no ring \"" + place.ring + "\"");
+    }
     if (names.empty()) {
-        std::printf("no ring%s in %s\n", (place.ring.empty() ? "s" : " " + place.ring).c_str(), folderOf(place).c_str());
+        std::printf("no rings in %s\n", (place.folder.empty() ? softwareCard::defaultFolder() : place.folder).c_str());
     }
     std::string problems;
     for (const std::string& name : names) {
@@ -130,8 +135,7 @@ void show(const RingPlace& place, Offset from, Offset length)
     constexpr Offset width = 16;
     const std::unique_ptr<Ring> ring = openRing(place);
     if (from > ring->size() || length > ring->size() - from) {
-        throw Fault("the card has " + std::to_string(ring->size()) + " bytes, " + std::to_string(length) + " from "
-            + std::to_string(from) + " on go beyond");
+        throw Fault(std::to_string(length) + " bytes at " + hexadecimal(from) + " end beyond the card's " + hexadecimal(ring->size()) + " bytes");
     }
     unsigned char before[width] = {};
     bool starred = false;

@@ -43,9 +43,9 @@ void SegmentSection::requireFitting(Offset card) const
 {
     const std::uint64_t end = std::uint64_t{address_} + size_ + partCount * checksumSize;
     if (end > card) {
-        char range[80];
-        std::snprintf(range, sizeof range, "0x%" PRIx32 " to 0x%" PRIx64 ", a card of 0x%" PRIx32, address_, end, card);
-        throw Fault(name_ + ": the segment and its checksums take the bytes " + range + " has not that many");
+        char text[80];
+        std::snprintf(text, sizeof text, "end at 0x%" PRIx64 ", beyond the card's 0x%" PRIx32 " bytes", end, card);
+        throw Fault(name_ + ": the segment and its checksums " + text);
     }
 }
 

@@ -27,7 +27,7 @@ struct Options
     std::string offset, damagedAt, size = "64";
     Offset length = 256;
     std::string fault;
-    std::vector<std::string> faultValues;
+    std::string faultValue, faultState;
     SegmentName segment;
     int part = 0;
     std::int16_t version = 0;
@@ -85,7 +85,8 @@ void addFault(CLI::App& app, Options& options)
 {
     CLI::App* const command = app.add_subcommand("fault", "Shows faults, and switches them on and off while programs run");
     command->add_option("NAME", options.fault, "One of those below; or \"off\", which ends all of them");
-    command->add_option("VALUE", options.faultValues, "What stands behind it below; without it the fault is shown")->expected(0, 2);
+    command->add_option("VALUE", options.faultValue, "What stands behind it below; without it the fault is shown");
+    command->add_option("STATE", options.faultState, "Behind the number of a node");
     command->footer("Faults:\n"
                     "  ring-open on|off         The ring check fails, writes and interrupts of all nodes are lost\n"
                     "  open-refused on|off      No card can be opened\n"
@@ -95,14 +96,20 @@ void addFault(CLI::App& app, Options& options)
                     "Example: rfm2g-card fault silent 1; sleep 1; rfm2g-card fault silent 1 off");
     command->callback([&options] {
         const bool known = std::find(faultNames.begin(), faultNames.end(), options.fault) != faultNames.end();
-        if (options.fault == "off" && options.faultValues.empty()) {
+        std::vector<std::string> values;
+        for (const std::string& value : {options.faultValue, options.faultState}) {
+            if (!value.empty()) {
+                values.push_back(value);
+            }
+        }
+        if (options.fault == "off" && values.empty()) {
             clearFaults(options.ring());
         } else if (!options.fault.empty() && !known) {
             throw Fault("there is no fault \"" + options.fault + "\"; fault --help lists them");
-        } else if (options.faultValues.empty()) {
+        } else if (values.empty()) {
             showFaults(options.ring(), options.fault);
         } else {
-            setFault(options.ring(), options.fault, options.faultValues);
+            setFault(options.ring(), options.fault, values);
         }
     });
 }
@@ -178,7 +185,7 @@ int main(int argc, char** argv)
     Options options;
     options.place = {softwareCard::variable("RFM2G_FOLDER"), softwareCard::variable("RFM2G_RING")};
     CLI::App app("Looks at the rings of the software card and interferes with them.", programName);
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.fallthrough();
     app.add_option("--ring", options.place.ring, "Name of the ring, by default RFM2G_RING or \"default\"; list shows all without it")->check(check);
     app.add_option("--folder", options.place.folder, "Folder of the rings, by default RFM2G_FOLDER or the user's own");
@@ -191,6 +198,9 @@ int main(int argc, char** argv)
             throw Fault("RFM2G_RING: " + check(options.place.ring));
         }
         app.parse(backwards(argc, argv));
+        if (app.get_subcommands().empty()) {
+            throw Fault("no command is given; --help lists them");
+        }
         return std::fflush(stdout) == 0 ? 0 : complain("the output cannot be written");
     } catch (const CLI::ParseError& fault) {
         return fault.get_exit_code() == 0 ? app.exit(fault) : complain(std::string(fault.what()) + "; --help tells more");
