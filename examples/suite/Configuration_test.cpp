@@ -115,10 +115,10 @@ TEST_F(ConfiguredModules, faultsOfAConfigurationAreOneLine)
 TEST_F(ConfiguredModules, putTheSegmentWhereTheConfigurationSays)
 {
     const std::string segment = "Vehicle_1_" + Utilities::System::GetEffectiveUserName();
-    folder_.write("config/ExtraUrban/shm.cfg", "[" + segment + "]\nType = VMIC\n");
+    folder_.write("config/ExtraUrban/shm.cfg", "[" + segment + "]\nType = VMIC\nBaseAddress = 0x1000\nDeviceId = none\n");
     for (const char* module : {"vehicle", "display"}) {
         ChildProcess process = start(module, {"-c", "ExtraUrban"}, inTree());
-        EXPECT_EQ(process.wait(deadline), failure) << "there is no reflective memory here";
+        EXPECT_EQ(process.wait(deadline), failure) << "there is no such card";
         EXPECT_THAT(process.errorOutput(), HasSubstr("Shared memory \"" + segment + "\" of "));
     }
 }
