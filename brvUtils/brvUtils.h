@@ -11,6 +11,7 @@
 #include "brvUtils/core/Parsers.h"
 #include "brvUtils/core/Text.h"
 #include "brvUtils/core/ValuePtr.h"
+#include "brvUtils/data/DataMatrix.h"
 #include "brvUtils/ipc/CompositeShm.h"
 #include "brvUtils/ipc/ConfigurationPortManager.h"
 #include "brvUtils/ipc/CriticalSection.h"
