@@ -79,20 +79,18 @@ bool Card::isListened(unsigned kind) const
 void Card::listen()
 {
     Delivery delivery{};
-    const auto tell = [&] {
-        if (closing_ || !next(delivery)) {
-            return false;
-        }
-        delivery.callback(handle_, &delivery.info);
-        return true;
-    };
     while (!closing_) {
-        member_->fallAsleep();
-        if (!tell() && !closing_) {
-            member_->sleep();
+        bool found = next(delivery);
+        if (!found) {
+            member_->fallAsleep();
+            found = next(delivery);
+            if (!found && !closing_) {
+                member_->sleep();
+            }
+            member_->stayAwake();
         }
-        member_->stayAwake();
-        while (tell()) {
+        if (found && !closing_) {
+            delivery.callback(handle_, &delivery.info);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "rfm2g/Driver_test.h"
 #include "rfm2g/EventLog.h"
-#include "rfm2g/Ring.h"
+#include "rfm2g/RingFile.h"
+#include "rfm2g/RingLayout.h"
 
 #include <gtest/gtest.h>
 
@@ -134,6 +135,19 @@ TEST(Events, ThatWaitAreDroppedByClearing)
     one.send(2, Event::user1, 4);
     held.goOn();
     EXPECT_EQ(receiver.next(3), (List{{Event::user1, 1, 1}, {Event::user2, 1, 3}, {Event::user1, 1, 4}}));
+}
+
+TEST(Events, AreFoundWhenTheirSenderDiedBeforeItRang)
+{
+    const OwnRings rings;
+    const OpenNode two(2);
+    Receiver receiver(two, {Event::user1});
+    softwareCard::RingFile file(softwareCard::ringPath(rings.place()), softwareCard::RingFile::Missing::fail);
+    ASSERT_TRUE(file.map(softwareCard::memoryStart));
+    for (std::uint32_t data = 0; data < 3; ++data) {
+        static_cast<softwareCard::RingLayout*>(file.memory())->log.publish({data, 1, 2, 1});
+        EXPECT_EQ(receiver.next(1), (List{{Event::user1, 1, data}}));
+    }
 }
 
 std::atomic<int> otherCallbacks{0};

@@ -5,6 +5,8 @@
 #include "rfm2g/Settings.h"
 #include "rfm2g/System.h"
 
+#include <algorithm>
+
 namespace softwareCard {
 
 using brvUtils::rfm2g::Status;
@@ -12,16 +14,11 @@ using brvUtils::rfm2g::Status;
 namespace {
 
 // A sender may be killed when it has sent an event and not yet rung.
-constexpr std::chrono::milliseconds longestSleep{50};
+constexpr std::chrono::milliseconds longestSleep{100};
 
 std::uint32_t bit(Event event)
 {
     return 1u << static_cast<unsigned>(event);
-}
-
-std::uint32_t bit(unsigned kind)
-{
-    return 1u << kind;
 }
 
 } // namespace
@@ -47,6 +44,8 @@ MemberOpening Member::open(const Settings& settings)
         entry.node = settings.node;
         entry.events = 0;
         entry.sleeps = 0;
+        std::atomic<std::uint32_t>& used = opening.ring->layout_.placesUsed;
+        used = std::max(used.load(), place + 1);
     }
     file.unlock();
     if (place == placeCount) {
@@ -94,10 +93,12 @@ void Member::send(const SentEvent& event)
         return;
     }
     log().publish(event);
+    const std::uint32_t kind = bit(static_cast<Event>(event.kind));
     auto& entries = ring_->layout_.entries;
-    for (unsigned place = 0; place < placeCount; ++place) {
+    const unsigned used = std::min(ring_->layout_.placesUsed.load(), placeCount);
+    for (unsigned place = 0; place < used; ++place) {
         RingPlaceEntry& other = entries[place];
-        if ((other.events & bit(event.kind)) != 0 && event.reaches(static_cast<Node>(other.node.load()))) {
+        if ((other.events & kind) != 0 && event.reaches(static_cast<Node>(other.node.load()))) {
             bells_.ring(place, other.sleeps);
         }
     }

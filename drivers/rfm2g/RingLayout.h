@@ -52,6 +52,7 @@ struct RingLayout
     std::atomic<std::uint32_t> openRefused;
     std::atomic<std::uint32_t> lostWrites;
     std::atomic<std::uint32_t> writes; ///< Counted while some are to be lost.
+    std::atomic<std::uint32_t> placesUsed; ///< No entry from there on was ever taken. Grows under the file's lock.
     SharedBits<nodeCount> silent;
     SharedBits<largestMemory / blockSize> reserved; ///< The blocks of the memory; the others are zero and take no space.
     std::array<RingPlaceEntry, placeCount> entries;

@@ -48,9 +48,9 @@ bool setLength(std::intptr_t file, std::uint64_t length)
 
 RingFile::RingFile(const std::string& path, Missing missing) : path_(path)
 {
-    // Shared, but not for removing it: a ring that anybody has open stays.
+    // Shared, but not for removing it: a ring that anybody has open stays. Of little interest to the disk.
     const HANDLE file = CreateFileW(std::filesystem::u8path(path).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-        nullptr, missing == Missing::make ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        nullptr, missing == Missing::make ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_TEMPORARY, nullptr);
     file_ = reinterpret_cast<std::intptr_t>(file);
     if (file == INVALID_HANDLE_VALUE) {
         fail("it cannot be opened");
