@@ -87,9 +87,9 @@ bool DataMatrix::report(uint64_t done, uint64_t total) const
 
 void DataMatrix::enter(std::unique_ptr<DataCol> column)
 {
-    columns.reserve(columns.size() + 1); // so that nothing is lost behind here
-    columnIndex[column->name] = {column.get(), columns.size()};
-    columns.push_back(column.release());
+    columns.push_back(column.get()); // room for one more at a time would cost a copy of all columns each
+    const DataCol& entered = *column.release();
+    columnIndex[entered.name] = {columns.back(), columns.size() - 1};
 }
 
 int DataMatrix::toInt(double value)

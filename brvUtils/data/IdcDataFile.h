@@ -18,15 +18,20 @@
 class BRVUTILS_API IdcDataFile : public DataMatrix
 {
 public:
-    /// Damaged parts of the recording are passed over, with a line on the error stream, and what a cut file holds before the
-    /// cut is kept.
-    /// \param fileName is not recorded: kept for callers.
+    /// Bytes that are no part of the recording are passed over, with a line on the error stream; so are, without it, records
+    /// that are shorter than they say. What a cut file holds before the cut is kept.
+    ///
+    /// What the scanners recorded is small beside the table when many objects were seen: each has thirteen columns as long as
+    /// the first one. Where there is no memory for it std::bad_alloc is thrown.
+    /// \param path UTF-8; not recorded as the table's name: kept for callers.
     /// \param wantedColumns the nine names of the ego columns, "Time" first, in the order in which they are wanted.
     /// \return false when there are fewer names, when the file cannot be opened, or when the progress function stopped the
     ///         loading.
-    bool load(std::string const& fileName, std::vector<std::string> const& wantedColumns) override;
+    bool load(std::string const& path, std::vector<std::string> const& wantedColumns) override;
 
 private:
+    class Listener;
+
     std::map<int32_t, int32_t> objectNumbers; ///< By identifier.
     int32_t objectCount = 0; ///< The last number that was given.
 };
