@@ -248,6 +248,14 @@ TEST(CompositeShm, TellsTheSegmentWhatItDoes)
     composite.get(two, 0.0);
     EXPECT_EQ(two.value, 2);
 
+    shm.described.clear();
+    shm.written.clear();
+    composite.remove(one);
+    composite.put(two, 0.0);
+    composite.remove(two);
+    EXPECT_EQ(shm.described, "1:8+0! 2:24+0! ") << "it forgets the semaphores of both";
+    EXPECT_EQ(shm.written, "2 ") << "the other processes still know the part by that number";
+
     shm.paddingAllowed = 0;
     const CapturedOutput captured;
     Number odd(9, 3, 9);

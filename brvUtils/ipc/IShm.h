@@ -22,7 +22,8 @@ public:
     virtual size_t getSize() const = 0;
 
     /// Tells the segment where a part of a composite segment lies and what guards it. Ignored unless overridden.
-    /// \param id index of the part. \param offset, size bytes, padding included. \param semaphore not owned.
+    /// \param id index of the part. \param offset, size bytes, padding included; size 0 when the part is removed.
+    /// \param semaphore not owned; null when the part is removed, and not to be used after that.
     virtual void describePart(int id, size_t offset, size_t size, ISemaphore* semaphore);
 
     /// Called before a part is read. \return whether it may be read; true unless overridden.

@@ -31,9 +31,8 @@ void PartTable::enter(PartPlace& place)
 void PartTable::remove(const PartPlace& place)
 {
     const auto last = static_cast<std::size_t>(--used_);
-    for (auto i = static_cast<std::size_t>(place.index); i < last; ++i) {
+    for (auto i = static_cast<std::size_t>(&place - places_.data()); i < last; ++i) {
         places_[i] = std::move(places_[i + 1]);
-        places_[i].index = static_cast<int>(i);
     }
     places_[last] = {};
     slots_.fill(nullptr);

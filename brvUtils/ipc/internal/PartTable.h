@@ -12,7 +12,7 @@ namespace brvUtils {
 struct PartPlace
 {
     int id = 0; ///< By which the part is known.
-    int index = 0; ///< By which the segment knows it.
+    int index = 0; ///< By which the segment knows it, in all processes. It stays when a part before it goes.
     std::size_t offset = 0; ///< In the segment, in bytes.
     Lock lock;
 };
