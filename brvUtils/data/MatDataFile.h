@@ -2,11 +2,13 @@
 
 #include "brvUtils/data/DataMatrix.h"
 
-/// A MAT file: each vector variable becomes a column of its name.
+/// A MAT file of version 4, 5 or 7.3: each vector variable becomes a column of its name.
 ///
-/// Doubles become doubles, 32-bit integers integers, of 64-bit integers the low 32 bits; of a text each character becomes a
-/// text of its own. Of a matrix the first column is taken, of a text in one row that row. Variables of more than two
-/// dimensions, unless the second one is 1, are left out.
+/// Doubles become doubles (of complex ones the real part is taken), 32-bit integers integers, of 64-bit integers the low 32
+/// bits; of a text each character becomes a text of its own, in UTF-8. Bytes of a text that are no UTF-8 stay as they are.
+/// Of a matrix the first column is taken, of a text in one row that row. Variables of more than two dimensions, unless the
+/// second one is 1, are left out, and so are damaged ones: what they claim to hold is never believed beyond what the file has
+/// room for. MAT files are loaded one at a time in a process; other threads wait.
 class BRVUTILS_API MatDataFile : public DataMatrix
 {
 public:
@@ -16,4 +18,7 @@ public:
     ///        Type is :<class>\n" for a variable of another class; what was read before stays. Where the library was built
     ///        without support of MAT files, each file is a failure to open that says so.
     bool load(std::string const& fileName, std::vector<std::string> const& wantedColumns) override;
+
+private:
+    std::vector<std::shared_ptr<DataCol>> dropped_; ///< What earlier loads filled in.
 };

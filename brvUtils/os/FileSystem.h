@@ -36,6 +36,9 @@ ErrorCode modificationTime(const std::string& path, std::int64_t& seconds);
 /// must lie in the years 1970 to 3000.
 ErrorCode setModificationTime(const std::string& path, std::int64_t seconds);
 
+/// The path for a library that opens files by itself and takes UTF-8, with the separators that the system knows.
+std::string pathForLibraries(const std::string& path);
+
 /// Makes a folder, whose parent must exist.
 ErrorCode makeFolder(const std::string& path);
 

@@ -103,6 +103,11 @@ ErrorCode deleteFile(const std::string& path)
     return outcome(unlink(nativePath(path).c_str()));
 }
 
+std::string pathForLibraries(const std::string& path)
+{
+    return nativePath(path);
+}
+
 ErrorCode temporaryFolder(std::string& path)
 {
     const char* chosen = std::getenv("TMPDIR");

@@ -144,6 +144,11 @@ ErrorCode deleteFile(const std::string& path)
     return outcome(DeleteFileW(name.c_str()));
 }
 
+std::string pathForLibraries(const std::string& path)
+{
+    return path;
+}
+
 ErrorCode temporaryFolder(std::string& path)
 {
     std::wstring text(GetTempPathW(0, nullptr), L'\0');

@@ -1,0 +1,135 @@
+#include "brvUtils/data/internal/MatVariables.h"
+
+#include "brvUtils/os/FileSystem.h"
+#include "brvUtils/os/InputFile.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace brvUtils {
+
+namespace {
+
+constexpr int highestRank = 32; // of what any program writes
+constexpr std::uint64_t elementsPerByte = 1100; // deflated data grows by 1032 at most
+
+std::recursive_mutex& matioMutex()
+{
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
+/// All elements, of all dimensions; `limit` + 1 for more than that.
+std::uint64_t elementsUpTo(const matvar_t& variable, std::uint64_t limit)
+{
+    std::uint64_t elements = 1;
+    for (int i = 0; i < variable.rank; ++i) {
+        if (variable.dims[i] == 0) {
+            return 0;
+        }
+    }
+    for (int i = 0; i < variable.rank; ++i) {
+        if (elements > limit / variable.dims[i]) {
+            return limit + 1;
+        }
+        elements *= variable.dims[i];
+    }
+    return elements;
+}
+
+} // namespace
+
+void MatFileClose::operator()(mat_t* file) const
+{
+    Mat_Close(file);
+}
+
+void MatVariableFree::operator()(matvar_t* variable) const
+{
+    Mat_VarFree(variable);
+}
+
+MatVariables::MatVariables(const std::string& path) : turn_(matioMutex())
+{
+    os::InputFile file; // matio would wait for the other end of a pipe
+    if (file.open(path) != os::error::none) {
+        return;
+    }
+    size_ = file.size();
+    const std::string opened = os::pathForLibraries(path);
+    walker_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
+    if (walker_ != nullptr && Mat_GetVersion(walker_.get()) != MAT_FT_MAT73) {
+        reader_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
+        if (reader_ == nullptr) {
+            walker_.reset();
+        }
+    }
+}
+
+MatVariables::~MatVariables()
+{
+    reader_.reset();
+    walker_.reset();
+    Mat_LogClose();
+}
+
+MatVariable MatVariables::next()
+{
+    return MatVariable(Mat_VarReadNextInfo(walker_.get()));
+}
+
+std::size_t MatVariables::rowsOf(const matvar_t& variable)
+{
+    const std::size_t rows = variable.dims[0];
+    return static_cast<std::size_t>(std::min<std::uint64_t>(rows, elementsUpTo(variable, rows)));
+}
+
+template <typename Value>
+bool MatVariables::read(matvar_t& variable, std::size_t count, std::vector<Value>& values)
+{
+    if (!isPlausible(variable)) {
+        return false;
+    }
+    values.resize(count);
+    if (count == 0) {
+        return true;
+    }
+    if (!variable.isComplex && count <= INT_MAX) {
+        mat_t* const file = reader_ != nullptr ? reader_.get() : walker_.get();
+        return Mat_VarReadDataLinear(file, &variable, values.data(), 0, 1, static_cast<int>(count)) == 0;
+    }
+    if (!readAll(variable) || variable.data_size != static_cast<int>(sizeof(Value)) || variable.nbytes / sizeof(Value) < count) {
+        return false;
+    }
+    const void* const from = variable.isComplex ? static_cast<const mat_complex_split_t*>(variable.data)->Re : variable.data;
+    std::copy_n(static_cast<const Value*>(from), count, values.data());
+    return true;
+}
+
+template bool MatVariables::read(matvar_t&, std::size_t, std::vector<double>&);
+template bool MatVariables::read(matvar_t&, std::size_t, std::vector<int>&);
+template bool MatVariables::read(matvar_t&, std::size_t, std::vector<std::int64_t>&);
+
+bool MatVariables::readAll(matvar_t& variable)
+{
+    mat_t* const file = reader_ != nullptr ? reader_.get() : walker_.get();
+    return isPlausible(variable) && Mat_VarReadDataAll(file, &variable) == 0 && variable.data != nullptr;
+}
+
+std::uint64_t MatVariables::elementsOf(const matvar_t& variable) const
+{
+    return elementsUpTo(variable, limitOf(variable));
+}
+
+std::uint64_t MatVariables::limitOf(const matvar_t& variable) const
+{
+    const bool mayBeDeflated = variable.compression != MAT_COMPRESSION_NONE || reader_ == nullptr;
+    return mayBeDeflated ? size_ * elementsPerByte : size_;
+}
+
+bool MatVariables::isPlausible(const matvar_t& variable) const
+{
+    return variable.rank <= highestRank && elementsOf(variable) <= limitOf(variable);
+}
+
+} // namespace brvUtils
