@@ -13,8 +13,10 @@ class Lock;
 
 /// Gives the modules of a computer network ports that no other module has, from 25099 to 25300.
 ///
-/// A table shared by all instances of the suite on the computer tells which process has which port. What a process has when
-/// it ends, however it ends, is given to others again. The ports are not opened: programs that do not ask here may use them.
+/// A table shared by all instances of the suite tells which process has which port; like every named object it is seen by
+/// one user, or the group of a STUDIO_IPC_NAMESPACE (on Windows: by one session), and others have tables of their own. What a
+/// process has when it ends, however it ends, is given to others again. The ports are not opened: programs that do not ask
+/// here may use them.
 /// There is one manager per process; once it was got, any thread may use it.
 class BRVUTILS_API ConfigurationPortManager
 {
