@@ -7,6 +7,8 @@
 
 #include <fstream>
 #include <memory>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -239,9 +241,11 @@ TEST(Faults, TakeEffectWhileTheRingIsUsed)
     const auto ring = Ring::open(rings.place()).ring;
     ASSERT_TRUE(ring);
 
+    const auto set = [&](const softwareCard::Faults& all) { EXPECT_TRUE(ring->changeFaults([&](softwareCard::Faults& faults) { faults = all; })); };
+
     softwareCard::Faults faults;
     faults.ringOpen = true;
-    ring->setFaults(faults);
+    set(faults);
     EXPECT_EQ(driver().checkRingCont(one), Status::linkTestFail);
     EXPECT_EQ(one.write(0, 1), Status::success);
     EXPECT_EQ(one.send(2, Event::user1, 1), Status::success);
@@ -249,7 +253,7 @@ TEST(Faults, TakeEffectWhileTheRingIsUsed)
 
     faults = {};
     faults.silent[1] = true;
-    ring->setFaults(faults);
+    set(faults);
     EXPECT_TRUE(ring->faults().silent[1] && !ring->faults().ringOpen);
     EXPECT_EQ(driver().checkRingCont(one), Status::success);
     EXPECT_EQ(one.write(0, 2), Status::success);
@@ -260,7 +264,7 @@ TEST(Faults, TakeEffectWhileTheRingIsUsed)
 
     faults = {};
     faults.lostWrites = 3;
-    ring->setFaults(faults);
+    set(faults);
     for (Offset i = 0; i < 9; ++i) {
         EXPECT_EQ(one.write(100 + 4 * i, 1), Status::success);
     }
@@ -272,13 +276,40 @@ TEST(Faults, TakeEffectWhileTheRingIsUsed)
 
     faults = {};
     faults.openRefused = true;
-    ring->setFaults(faults);
+    set(faults);
     EXPECT_EQ(tryOpen(device("3")), Status::driverError);
-    ring->setFaults({});
+    set({});
     EXPECT_EQ(tryOpen(device("3")), Status::success);
 
     EXPECT_EQ(one.send(2, Event::user1, 3), Status::success);
     EXPECT_EQ(receiver.next(1), (std::vector<Told>{{Event::user1, 1, 3}}));
+}
+
+TEST(Faults, AreNotUndoneByWhoChangesOthers)
+{
+    const OwnRings rings;
+    { const OpenNode node(1); }
+    std::vector<std::thread> workers;
+    for (std::size_t node = 0; node < 4; ++node) {
+        workers.emplace_back([&, node] {
+            const auto ring = Ring::open(rings.place()).ring;
+            for (int round = 0; round < 500; ++round) {
+                const bool on = round % 2 == 0;
+                EXPECT_TRUE(ring->changeFaults([&](softwareCard::Faults& faults) { faults.silent[node] = on; }));
+                EXPECT_EQ(ring->faults().silent[node], on);
+            }
+        });
+    }
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
+    const auto ring = Ring::open(rings.place()).ring;
+    EXPECT_THROW(ring->changeFaults([](softwareCard::Faults& faults) {
+        faults.ringOpen = true;
+        throw 1;
+    }), int);
+    EXPECT_FALSE(ring->faults().ringOpen);
+    EXPECT_TRUE(ring->changeFaults([](softwareCard::Faults&) {})) << "it is not locked";
 }
 
 TEST(Messages, AreThereForEachStatus)

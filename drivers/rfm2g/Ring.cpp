@@ -59,11 +59,13 @@ Content contentOf(RingFile& file, RingStart& start)
     return found == magic ? Content::ring : found == 0 ? Content::unfinished : Content::other;
 }
 
-bool make(RingFile& file, Offset size)
+/// \return why that was not possible; no file is left then.
+std::string make(RingFile& file, Offset size)
 {
     if (!file.clear(memoryStart + size) || !file.reserve(0, memoryStart) || !file.map(memoryStart + size)) {
-        file.clear(0);
-        return false;
+        const std::string problem = file.problem();
+        file.remove();
+        return problem;
     }
     RingStart& start = static_cast<RingLayout*>(file.memory())->start;
     start.version = version;
@@ -71,7 +73,7 @@ bool make(RingFile& file, Offset size)
     std::random_device random;
     start.number = std::uint64_t{random()} << 32 | random();
     start.magic.store(magic);
-    return true;
+    return "";
 }
 
 /// Maps a file whose content is known, making the ring where it is not finished.
@@ -82,7 +84,7 @@ std::string mapRing(RingFile& file, const RingPlace& place, std::optional<Offset
     case Content::other:
         return ringPath(place) + " is no ring";
     case Content::unfinished:
-        return !size ? noRing(place) : make(file, *size) ? "" : file.problem();
+        return size ? make(file, *size) : noRing(place);
     case Content::ring:
         break;
     }
@@ -109,15 +111,19 @@ RingOpening Ring::openLocked(const RingPlace& place, std::optional<Offset> size)
     if (size && !isMemorySize(*size)) {
         return {nullptr, "a ring has 64, 128 or 256 MB"};
     }
-    if (std::string problem = size ? makeFolder(place.folder) : ""; !problem.empty()) {
-        return {nullptr, problem};
-    }
-    if (!size && !isThere(place)) {
-        return {nullptr, noRing(place)};
-    }
     for (;;) {
+        if (!size && !isThere(place)) {
+            return {nullptr, noRing(place), true};
+        }
+        // Where there is a ring that one looks at, too: the folder may be somebody else's.
+        if (std::string problem = makeFolder(place.folder); !problem.empty()) {
+            return {nullptr, problem};
+        }
         auto file = std::make_unique<RingFile>(ringPath(place), size ? RingFile::Missing::make : RingFile::Missing::fail);
         if (!file->problem().empty() || !file->lock()) {
+            if (!size && !isThere(place)) {
+                continue; // somebody has just removed it
+            }
             return {nullptr, file->problem()};
         }
         if (file->wasRemoved()) {
@@ -126,7 +132,7 @@ RingOpening Ring::openLocked(const RingPlace& place, std::optional<Offset> size)
         }
         if (std::string problem = mapRing(*file, place, size); !problem.empty()) {
             file->unlock();
-            return {nullptr, problem};
+            return {nullptr, problem, problem == noRing(place)};
         }
         return {std::unique_ptr<Ring>(new Ring(std::move(file))), ""};
     }
@@ -217,14 +223,25 @@ Faults Ring::faults() const
     return faults;
 }
 
-void Ring::setFaults(const Faults& faults)
+bool Ring::changeFaults(const std::function<void(Faults&)>& change)
 {
+    if (!file_->lock()) {
+        return false;
+    }
+    struct Unlock
+    {
+        RingFile& file;
+        ~Unlock() { file.unlock(); }
+    } const unlock{*file_};
+    Faults faults = this->faults();
+    change(faults);
     layout_.ringOpen = faults.ringOpen;
     layout_.openRefused = faults.openRefused;
     layout_.lostWrites = faults.lostWrites;
     for (std::size_t node = 0; node < nodeCount; ++node) {
         layout_.silent.set(node, faults.silent[node]);
     }
+    return true;
 }
 
 std::vector<OpenHandle> Ring::handles() const
@@ -251,9 +268,12 @@ std::string removeRing(const RingPlace& place)
     if (!isThere(place)) {
         return noRing(place);
     }
+    if (std::string problem = makeFolder(place.folder); !problem.empty()) {
+        return problem;
+    }
     RingFile file(ringPath(place), RingFile::Missing::fail);
     if (!file.problem().empty() || !file.lock()) {
-        return file.problem();
+        return isThere(place) ? file.problem() : noRing(place);
     }
     RingStart start{};
     std::string problem;

@@ -6,6 +6,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -68,7 +69,9 @@ public:
     bool write(Offset to, const void* from, Offset length);
 
     Faults faults() const;
-    void setFaults(const Faults& faults);
+    /// Changes them; of several that do so, in any processes, each sees what the one before has made.
+    /// \param change may throw: nothing is changed then. \return false when the system cannot lock the ring.
+    bool changeFaults(const std::function<void(Faults&)>& change);
 
     /// Those of all processes, in no order; of processes that were killed there are none.
     std::vector<OpenHandle> handles() const;
@@ -88,6 +91,7 @@ struct RingOpening
 {
     std::unique_ptr<Ring> ring; ///< Null after a failure.
     std::string problem; ///< Why, as a line to be shown.
+    bool missing = false; ///< It failed because there is no such ring, or one that its maker was killed before finishing.
 };
 
 /// Removes a ring with its memory. \return why that was not possible, such as that it has users; empty when it is gone.

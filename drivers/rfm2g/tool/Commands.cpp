@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <tuple>
 #include <vector>
@@ -26,6 +27,13 @@ std::unique_ptr<Ring> openRing(const RingPlace& place)
         throw Fault(opening.problem);
     }
     return std::move(opening.ring);
+}
+
+void changeFaults(const RingPlace& place, const std::function<void(Faults&)>& change)
+{
+    if (!openRing(place)->changeFaults(change)) {
+        throw Fault("the ring \"" + place.ring + "\" cannot be locked");
+    }
 }
 
 std::string hexadecimal(Offset value)
@@ -103,19 +111,17 @@ void damage(Ring& ring, Offset at)
 
 void list(const RingPlace& place)
 {
-    std::vector<std::string> names = softwareCard::ringNames(place.folder);
-    if (!place.ring.empty()) {
-        names.erase(std::remove_if(names.begin(), names.end(), [&](const std::string& name) { return name != place.ring; }), names.end());
-    }
-    if (names.empty() && !place.ring.empty()) {
-        throw Fault("there is no ring \"" + place.ring + "\"");
-    }
-    if (names.empty()) {
-        std::printf("no rings in %s\n", (place.folder.empty() ? softwareCard::defaultFolder() : place.folder).c_str());
-    }
+    bool any = false;
     std::string problems;
-    for (const std::string& name : names) {
+    for (const std::string& name : softwareCard::ringNames(place.folder)) {
+        if (!place.ring.empty() && name != place.ring) {
+            continue;
+        }
         const softwareCard::RingOpening opening = Ring::open({place.folder, name});
+        if (opening.missing) {
+            continue; // it was removed meanwhile, or is not finished
+        }
+        any = true;
         if (opening.ring == nullptr) {
             problems += (problems.empty() ? "" : "; ") + opening.problem;
             continue;
@@ -127,6 +133,12 @@ void list(const RingPlace& place)
     }
     if (!problems.empty()) {
         throw Fault(problems);
+    }
+    if (!any && !place.ring.empty()) {
+        throw Fault("there is no ring \"" + place.ring + "\"");
+    }
+    if (!any) {
+        std::printf("no rings in %s\n", (place.folder.empty() ? softwareCard::defaultFolder() : place.folder).c_str());
     }
 }
 
@@ -167,15 +179,14 @@ void showFaults(const RingPlace& place, const std::string& name)
 
 void setFault(const RingPlace& place, const std::string& name, const std::vector<std::string>& values)
 {
-    const std::unique_ptr<Ring> ring = openRing(place);
-    const Faults faults = withFault(ring->faults(), name, values);
-    ring->setFaults(faults);
-    std::printf("%s\n", faultState(faults, name).c_str());
+    Faults now;
+    changeFaults(place, [&](Faults& faults) { now = faults = withFault(faults, name, values); });
+    std::printf("%s\n", faultState(now, name).c_str());
 }
 
 void clearFaults(const RingPlace& place)
 {
-    openRing(place)->setFaults(Faults());
+    changeFaults(place, [](Faults& faults) { faults = Faults(); });
     std::printf("all faults off\n");
 }
 

@@ -156,6 +156,10 @@ TEST_F(Card, listsWhoHasNodesOpenAndRemovesRingsThatNobodyHas)
     out({"remove", "default"});
     EXPECT_THAT(out({"list"}), StartsWith("no rings in "));
     EXPECT_THAT(refusal({"--ring", "default", "list"}), HasSubstr("no ring \"default\""));
+    folder_.write("rings/ring-default.mem", ""); // as its maker leaves it who is killed
+    EXPECT_THAT(out({"list"}), StartsWith("no rings in "));
+    EXPECT_THAT(refusal({"--ring", "default", "list"}), HasSubstr("no ring \"default\""));
+    out({"remove", "default"});
 }
 
 TEST_F(Card, writesVersionsThatProgramsRead)

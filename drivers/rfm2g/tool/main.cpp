@@ -20,6 +20,12 @@ using namespace rfm2gCard;
 const char* const programName = "rfm2g-card";
 constexpr Offset mebibyte = 1024 * 1024;
 
+/// What is wrong with the name of a ring, if anything.
+std::string check(const std::string& ring)
+{
+    return softwareCard::isRingName(ring) ? "" : "\"" + ring + "\" is no name of a ring: letters, digits, . _ - make one";
+}
+
 /// What the command line says. Texts are UTF-8.
 struct Options
 {
@@ -32,7 +38,16 @@ struct Options
     int part = 0;
     std::int16_t version = 0;
 
-    RingPlace ring() const { return {place.folder, place.ring.empty() ? softwareCard::defaultRing : place.ring}; }
+    /// One ring, or all when none is named. \throw Fault when the variable that names it does not: options were looked at.
+    const RingPlace& rings() const
+    {
+        if (!place.ring.empty() && !softwareCard::isRingName(place.ring)) {
+            throw Fault("RFM2G_RING: " + check(place.ring));
+        }
+        return place;
+    }
+
+    RingPlace ring() const { return {place.folder, rings().ring.empty() ? softwareCard::defaultRing : place.ring}; }
 };
 
 /// \throw Fault unless the text is one, with or without 0x in front.
@@ -59,17 +74,12 @@ Offset cardSize(const std::string& text)
     throw Fault("a card has 64, 128 or 256 MB, not \"" + text + "\"");
 }
 
-std::string check(const std::string& ring)
-{
-    return softwareCard::isRingName(ring) ? "" : "\"" + ring + "\" is no name of a ring: letters, digits, . _ - make one";
-}
-
 void addList(CLI::App& app, Options& options)
 {
     CLI::App* const command = app.add_subcommand("list", "Shows the rings, who has their nodes open, and the faults that are on");
     command->footer("The events behind a process are those that it has enabled; 1 to 4 are the interrupts that users send.\n"
                     "Example: rfm2g-card list");
-    command->callback([&options] { list(options.place); });
+    command->callback([&options] { list(options.rings()); });
 }
 
 void addShow(CLI::App& app, Options& options)
@@ -183,7 +193,6 @@ int complain(std::string text)
 int main(int argc, char** argv)
 {
     Options options;
-    options.place = {softwareCard::variable("RFM2G_FOLDER"), softwareCard::variable("RFM2G_RING")};
     CLI::App app("Looks at the rings of the software card and interferes with them.", programName);
     app.require_subcommand(0, 1);
     app.fallthrough();
@@ -194,14 +203,12 @@ int main(int argc, char** argv)
         add(app, options);
     }
     try {
-        if (!options.place.ring.empty() && !softwareCard::isRingName(options.place.ring)) {
-            throw Fault("RFM2G_RING: " + check(options.place.ring));
-        }
+        options.place = {softwareCard::variable("RFM2G_FOLDER"), softwareCard::variable("RFM2G_RING")};
         app.parse(backwards(argc, argv));
         if (app.get_subcommands().empty()) {
             throw Fault("no command is given; --help lists them");
         }
-        return std::fflush(stdout) == 0 ? 0 : complain("the output cannot be written");
+        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? 0 : complain("the output cannot be written");
     } catch (const CLI::ParseError& fault) {
         return fault.get_exit_code() == 0 ? app.exit(fault) : complain(std::string(fault.what()) + "; --help tells more");
     } catch (const std::exception& fault) {
