@@ -39,14 +39,18 @@ void Card::enable(Event event)
         return;
     }
     member_->enable(event);
-    if (const auto kind = static_cast<unsigned>(event); kind < sentKinds) {
-        positions_[kind] = member_->log().end();
-    }
+    drop(event);
 }
 
 void Card::clear(Event event)
 {
     const std::lock_guard lock(mutex_);
+    drop(event);
+}
+
+/// Those of before are not told.
+void Card::drop(Event event)
+{
     const auto kind = static_cast<unsigned>(event);
     if (kind < sentKinds) {
         positions_[kind] = member_->log().end();

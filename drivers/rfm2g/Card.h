@@ -39,6 +39,7 @@ private:
         brvUtils::rfm2g::EventInfo info;
     };
 
+    void drop(Event event);
     void listen();
     bool next(Delivery& delivery);
     bool isListened(unsigned kind) const;

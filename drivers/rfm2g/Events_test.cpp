@@ -191,6 +191,29 @@ TEST(Events, ThatCameTooFastAreCounted)
     EXPECT_EQ(told.back().data, length + 10);
 }
 
+TEST(Events, ThatWereLostBeforeAreNotCounted)
+{
+    const OwnRings rings;
+    const OpenNode one(1);
+    const OpenNode two(2);
+    FirstHeld held;
+    Receiver receiver(two, {}, held.callback());
+    driver().enableEvent(two, Event::user1);
+    receiver.listen(Event::user1);
+    one.send(2, Event::user1, 0);
+    held.awaitFirst();
+    constexpr auto length = static_cast<std::uint32_t>(softwareCard::EventLog::length);
+    for (std::uint32_t data = 1; data <= length + 10; ++data) {
+        one.send(2, Event::user1, data);
+    }
+    held.goOn();
+    receiver.until({Event::user1, 1, length + 10});
+    driver().enableEvent(two, Event::fifoFull);
+    receiver.listen(Event::fifoFull);
+    one.send(2, Event::user1, 1);
+    EXPECT_EQ(receiver.next(1), (List{{Event::user1, 1, 1}}));
+}
+
 Handle openNode(const char* number)
 {
     Handle handle = nullptr;
