@@ -157,14 +157,18 @@ BRV_CHILD(segmentOpener)
     return shm == nullptr ? 3 : 0;
 }
 
-TEST(ShmVmicDriver, ThatIsMissingOrLacksAFunctionIsToldOf)
+TEST(ShmVmicDriver, ThatIsMissingOrNoLibraryOrLacksAFunctionIsToldOf)
 {
+    const brvTesting::TemporaryFolder damaged;
+    damaged.write(library, "no library");
+    const std::string failure = "[SHM VMIC] Failed to load dll \"" + library + "\"\n";
     struct
     {
-        const char* folder;
+        std::string folder;
         std::string complaint;
     } const cases[] = {
-        {FOLDER_WITHOUT_DRIVER, "[SHM VMIC] Failed to load dll \"" + library + "\"\n"},
+        {FOLDER_WITHOUT_DRIVER, failure},
+        {damaged.path().string(), failure},
         {INCOMPLETE_DRIVER_FOLDER, "Function RFM2gClearEvent not found\n"},
     };
     for (const auto& driver : cases) {

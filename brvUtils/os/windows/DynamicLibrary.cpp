@@ -8,8 +8,13 @@ namespace brvUtils::os {
 
 LibraryOpening openLibrary(const std::string& name)
 {
+    // Else a file that is no library, or one for another processor, may open a dialog and wait for somebody to close it.
+    const DWORD mode = GetThreadErrorMode();
+    SetThreadErrorMode(mode | SEM_FAILCRITICALERRORS, nullptr);
     const HMODULE library = LoadLibraryW(wideFromUtf8(name).c_str());
-    return {reinterpret_cast<DynamicLibrary*>(library), library != nullptr ? error::none : GetLastError()};
+    const ErrorCode outcome = library != nullptr ? error::none : GetLastError();
+    SetThreadErrorMode(mode, nullptr);
+    return {reinterpret_cast<DynamicLibrary*>(library), outcome};
 }
 
 void* librarySymbol(DynamicLibrary* library, const char* name)
