@@ -16,7 +16,7 @@ constexpr std::uint64_t everyByte = 0x0101010101010101;
 /// How many bytes are below the lowest one whose highest bit is set. Of the first character in memory, that is: little endian.
 inline std::uint64_t bytesBelow(std::uint64_t flags)
 {
-    return ((((flags & (0 - flags)) - 1) & everyByte) * everyByte) >> 56;
+    return (((((flags & (0 - flags)) - 1) >> 7) & everyByte) * everyByte) >> 56;
 }
 
 /// Where the field ends that p is in: at the separator or line feed, or at `end`.
@@ -146,7 +146,7 @@ inline const char* parseDouble(const char* p, const char* end, char separator, d
         }
     }
     const char* behind = fast_float::from_chars(p, end, value).ptr;
-    if (behind != end && (*behind | 0x20) == 'x' && behind - p == 1 && *p == '0') {
+    if (behind != end && (*behind | 0x20) == 'x' && *behind != separator && behind - p == 1 && *p == '0') {
         behind = fieldEnd(p, end, separator);
         value = parseSpecialDouble(p, behind);
     }
