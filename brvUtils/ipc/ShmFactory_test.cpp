@@ -37,8 +37,8 @@ TEST_F(ShmFactoryTest, LetsTheConfigurationChoosePerSegmentAndVersion)
     EXPECT_TRUE(livesInAFileMapping(4));
     EXPECT_TRUE(livesInAFileMapping(5)) << "an entry outside the section is none";
     EXPECT_TRUE(livesInAFileMapping(3)) << "it does not say where on the card";
-    root.write("c/shm.cfg", "[" + name + "_3]\nType = VMIC\nBaseAddress = 0\n");
-    EXPECT_FALSE(livesInAFileMapping(3)) << "reflective memory, without a card";
+    root.write("c/shm.cfg", "[" + name + "_3]\nType = VMIC\nBaseAddress = 0\nInterrupt = 5\n");
+    EXPECT_FALSE(livesInAFileMapping(3)) << "reflective memory that is refused, whether this computer has a card or not";
 }
 
 } // namespace
