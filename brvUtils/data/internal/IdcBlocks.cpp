@@ -16,7 +16,7 @@ constexpr std::size_t headerSize = 24;
 
 IdcBlocks::IdcBlocks(const os::InputFile& file, std::size_t window)
     : file_(file)
-    , window_(std::max(window, longestTake))
+    , window_(std::max(longestTake, static_cast<std::size_t>(std::min<std::uint64_t>(window, file.size()))))
 {
 }
 
