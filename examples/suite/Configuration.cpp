@@ -4,9 +4,14 @@
 
 #include <Utilities/ConfigFile.h>
 #include <brvUtils/core/Errors.h>
+#include <brvUtils/core/FileNames.h>
 #include <brvUtils/startup/EnvConfig.h>
 #include <brvUtils/startup/GenericPath.h>
+#include <brvUtils/startup/InstanceKey.h>
 #include <brvUtils/startup/ModulePaths.h>
+
+#include <cstdlib>
+#include <ctime>
 
 namespace suite {
 
@@ -41,6 +46,13 @@ void selectConfiguration(const brvUtils::ArgParser& arguments)
         EnvConfig::setConfig(arguments.getConfigName(), false);
     } catch (const brvUtils::ConfigurationError& fault) {
         throw brvUtils::ConfigurationError(std::string(fault.what()) + " (list file " + EnvConfig::getConfigurationsFilePath() + ")");
+    }
+}
+
+void nameRun()
+{
+    if (std::getenv("SUITE_RUN") == nullptr) {
+        setVariable("SUITE_RUN", brvUtils::buildRecordBaseName(brvUtils::buildKeyWithInstance("run"), std::time(nullptr)));
     }
 }
 

@@ -16,6 +16,10 @@ namespace suite {
 /// \throw brvUtils::ConfigurationError when that is not possible; the text names the list file.
 void selectConfiguration(const brvUtils::ArgParser& arguments);
 
+/// Gives this run a name such as "run-21_11_2026-21h01m06s" in the variable `SUITE_RUN`, with the instance's name in front,
+/// unless it has one. Modules that this process starts have the same, those that are started again, too.
+void nameRun();
+
 /// What "Process.xfg" of the selected configuration says in the section of a module.
 /// \throw brvUtils::ConfigurationError when it says nothing.
 std::string moduleSetting(const std::string& module, const std::string& name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Utilities/Encoding.h>
 #include <brvUtils/startup/ArgParser.h>
 
 #include <csignal>
@@ -67,6 +68,13 @@ inline bool readCommandLine(brvUtils::ArgParser& arguments, std::string& module)
         return false;
     }
     return true;
+}
+
+/// An argument, which comes in the code page of the process, in UTF-8.
+inline std::string utf8(const std::string& argument)
+{
+    using namespace Utilities::Encoding;
+    return Transcode(Transcode(argument, Mode::Local8Bit), Mode::Utf8);
 }
 
 /// Whether the value of a flag lies within its limits; if not, the error stream tells them.

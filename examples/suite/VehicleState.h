@@ -11,6 +11,13 @@ inline std::int64_t clockNow()
     return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+/// Seconds from a moment on that clock until now.
+inline double secondsSince(std::int64_t moment)
+{
+    constexpr double nanoseconds = 1e9; // in a second
+    return static_cast<double>(clockNow() - moment) / nanoseconds;
+}
+
 /// What the vehicle tells 200 times in each simulated second. These are the bytes in shared memory, on every system.
 struct VehicleState
 {

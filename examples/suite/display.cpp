@@ -3,6 +3,7 @@
 #include "Heartbeat.h"
 #include "Module.h"
 #include "VehicleShm.h"
+#include "VehicleWait.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -24,12 +25,6 @@ const char* const flags = "wait:float:10:Seconds to wait for the vehicle, 0 to 1
 
 constexpr double toKilometresPerHour = 3.6;
 constexpr double toMilliseconds = 1e-6; // from the clock's nanoseconds
-constexpr double toSeconds = 1e-9;
-
-double secondsSince(std::int64_t moment)
-{
-    return static_cast<double>(clockNow() - moment) * toSeconds;
-}
 
 void printState(const char* me, double wallSeconds, const VehicleState& state)
 {
@@ -40,22 +35,6 @@ void printState(const char* me, double wallSeconds, const VehicleState& state)
 }
 
 constexpr double beatPeriod = 0.1; // seconds
-
-bool waitForVehicle(VehicleShm& shm, Heartbeat& heartbeat, const Options& options, const char* me)
-{
-    const std::int64_t start = clockNow();
-    if (shm.waitForStart(0.0)) {
-        return true;
-    }
-    std::printf("%s: waiting at most %g s for the vehicle\n", me, static_cast<double>(options.wait));
-    std::fflush(stdout);
-    while (secondsSince(start) < options.wait && heartbeat.wait()) {
-        if (shm.waitForStart(0.0)) {
-            return true;
-        }
-    }
-    return false;
-}
 
 enum class Ending { vehicleEnded, vehicleSilent, stopped };
 
@@ -92,7 +71,7 @@ int display(const char* me, const Options& options)
 {
     VehicleShm shm;
     Heartbeat heartbeat(me, beatPeriod);
-    if (!waitForVehicle(shm, heartbeat, options, me)) {
+    if (!waitForVehicle(shm, heartbeat, options.wait, me)) {
         std::printf("%s: %s\n", me, StopRequest::received() ? "stopped" : "no vehicle came");
         return StopRequest::received() ? 0 : 1;
     }

@@ -5,7 +5,6 @@
 #include "SupervisedModule.h"
 
 #include <Utilities/Clock.h>
-#include <Utilities/Encoding.h>
 #include <brvUtils/ipc/SemaphoreWin32.h>
 #include <brvUtils/startup/EnvConfig.h>
 #include <brvUtils/startup/ModulePaths.h>
@@ -38,13 +37,6 @@ const char* const flags =
 
 constexpr double beatPeriod = 0.05; // seconds
 constexpr int linesPerHeading = 10; // tables between two headings
-
-/// Command lines are in the code page of the process.
-std::string utf8(const std::string& argument)
-{
-    using namespace Utilities::Encoding;
-    return Transcode(Transcode(argument, Mode::Local8Bit), Mode::Utf8);
-}
 
 class Supervisor
 {
@@ -169,6 +161,7 @@ int main(int argc, char** argv)
             return 1;
         }
         selectConfiguration(arguments);
+        nameRun();
         return supervise(me, options, arguments);
     } catch (const std::exception& fault) {
         complain(me, fault.what());
