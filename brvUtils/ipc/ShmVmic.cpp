@@ -133,7 +133,9 @@ bool ShmVmic::listen()
     }
     sayOfCard("Listening interrupt " + std::to_string(interrupt_));
     const auto event = static_cast<rfm2g::Event>(interrupt_);
-    return succeeded(driver_->enableEvent(card_, event)) && succeeded(driver_->clearEvent(card_, event))
+    // Another module of this computer may have enabled it: some drivers say so.
+    const rfm2g::Status enabling = driver_->enableEvent(card_, event);
+    return (enabling == rfm2g::Status::alreadyEnabled || succeeded(enabling)) && succeeded(driver_->clearEvent(card_, event))
         && succeeded(driver_->enableEventCallback(card_, event, onEvent));
 }
 

@@ -101,6 +101,10 @@ TEST_F(ShmVmicOpening, StopsAtAnyFailureOfTheDriverAndClosesTheCard)
         const bool isOfEvents = function.find("Event") != std::string::npos;
         EXPECT_THAT(outcome.out, EndsWith(function + (isOfEvents ? "(1)\n" : "\n") + (function == "RFM2gOpen" ? "" : "RFM2gClose\n")));
     }
+    {
+        const EnvironmentGuard enabled("FAULTY_DRIVER", "RFM2gEnableEvent=32");
+        EXPECT_TRUE(open("BaseAddress=0\n").opened) << "that somebody enabled the event before is no failure";
+    }
     const EnvironmentGuard fault("FAULTY_DRIVER", "RFM2gOpen=77");
     EXPECT_EQ(open("BaseAddress=0\n").err, "[SHM VMIC] Unknown status 77\n") << "for which the driver has no words";
 }
