@@ -7,7 +7,7 @@
 namespace brvUtils::csv {
 namespace {
 
-constexpr std::size_t room = 2 + overread; ///< Behind the text: for a line end, and for what is loaded in passing.
+constexpr std::size_t room = 2 + FieldEnds::overread; ///< Behind the text: for a line end, and for what is loaded in passing.
 
 const char* find(char c, const char* p, const char* end)
 {
@@ -81,7 +81,7 @@ void Block::terminate()
         }
         text_[size_++] = '\n';
     }
-    std::fill_n(text_.get() + size_, overread, '\0');
+    std::fill_n(text_.get() + size_, FieldEnds::overread, '\0');
 }
 
 void Block::parse(const Table& table)
@@ -90,99 +90,80 @@ void Block::parse(const Table& table)
         columns_[i].clear(Kind::unknown);
     }
     reached_ = 0;
-    table.needsExactEnds() ? parseLines<true>(table) : parseLines<false>(table);
-}
-
-template <bool exactEnds>
-void Block::parseLines(const Table& table)
-{
-    const char separator = table.separator;
     const char* const end = text_.get() + size_;
-    for (const char* p = text_.get() + begin_; p != end;) {
-        const char* lineFeed = nullptr;
-        const char* lineEnd = nullptr;
-        if constexpr (exactEnds) {
-            lineFeed = find('\n', p, end);
-            lineEnd = lineFeed - (lineFeed != p && lineFeed[-1] == '\r');
-        }
-        if (*p == '\n' || (*p == '\r' && p[1] == '\n')) {
-            p += *p == '\n' ? 1 : 2;
-            continue;
-        }
-        for (std::size_t i = 0;; ++i) {
-            if (i == table.names.size()) {
-                p = find('\n', p, end) + 1;
-                break;
+    const char* field = text_.get() + begin_;
+    Column* column = columns_.data(); // that the field is for, unless there is none
+    const Column* reachedEnd = column;
+    for (const char* piece = field; piece != end;) {
+        const std::size_t size = std::min(FieldEnds::pieceSize, static_cast<std::size_t>(end - piece));
+        const std::size_t count = findEnds(piece, size, table.separator);
+        for (std::size_t i = 0; i < count; ++i) {
+            const char* const stop = piece + ends_[i];
+            const bool endsLine = *stop == '\n';
+            const char* const fieldEnd = stop - (endsLine && stop != field && stop[-1] == '\r');
+            if (column == reachedEnd && reached_ < table.names.size() && !(endsLine && fieldEnd == field && column == columns_.data())) {
+                reach(table);
+                reachedEnd = columns_.data() + reached_;
+                column = columns_.data() + reached_ - 1;
             }
-            if (i == reached_) {
-                if (i == columns_.size()) {
-                    columns_.emplace_back();
-                }
-                columns_[i].kind = table.kinds[i];
-                ++reached_;
+            if (column != reachedEnd && !(endsLine && fieldEnd == field && column == columns_.data())) {
+                parseField(*column++, field, fieldEnd, table);
             }
-            if constexpr (exactEnds) {
-                const char* const behind = fieldEnd(p, lineEnd, separator);
-                parseField<true>(columns_[i], p, behind, table);
-                if (behind == lineEnd) {
-                    p = lineFeed + 1;
-                    break;
-                }
-                p = behind + 1;
-            } else {
-                p = parseField<false>(columns_[i], p, end, table);
-                if (*p++ == '\n') {
-                    break;
-                }
-            }
+            column = endsLine ? columns_.data() : column;
+            field = stop + 1;
         }
+        piece += size;
     }
 }
 
-/// \return where the field ends; with exact ends that is known before.
-template <bool exactEnds>
-const char* Block::parseField(Column& column, const char* p, const char* end, const Table& table)
+/// A carriage return that belongs to a line end is no separator.
+std::size_t Block::findEnds(const char* piece, std::size_t size, char separator)
 {
-    const char separator = table.separator;
-    for (;;) {
-        switch (column.kind) {
-        case Kind::unwanted:
-            return fieldEnd(p, end, separator);
-        case Kind::integer: {
-            std::int32_t value = 0;
-            if (const char* behind = parseInteger(p, end, separator, value)) {
-                column.add(value);
-                p = behind;
-            }
-            return exactEnds || *p == separator || *p == '\n' ? p : fieldEnd(p, end, separator);
+    const std::size_t count = ends_.find(piece, size, separator);
+    return separator == '\r' ? ends_.removeIf(count, [piece](std::size_t end) { return piece[end] == '\r' && piece[end + 1] == '\n'; }) : count;
+}
+
+/// What is known of the columns behind the last one that was reached so far.
+void Block::reach(const Table& table)
+{
+    if (reached_ == columns_.size()) {
+        columns_.emplace_back();
+    }
+    columns_[reached_].clear(table.kinds[reached_]);
+    ++reached_;
+}
+
+void Block::parseField(Column& column, const char* p, const char* end, const Table& table)
+{
+    if (column.kind == Kind::unknown) {
+        const bool isNumber = table.numbers == Kind::integer ? beginsInteger(p, end) : table.numbers == Kind::number && beginsDouble(p, end);
+        column.kind = isNumber ? table.numbers : table.texts();
+    }
+    switch (column.kind) {
+    case Kind::integer: {
+        std::int32_t value = 0;
+        if (parseInteger(p, end, value)) {
+            column.add(value);
         }
-        case Kind::number: {
-            double value = 0.0;
-            if (const char* behind = parseDouble(p, end, separator, value)) {
-                column.add(value);
-                p = behind;
-            }
-            return exactEnds || *p == separator || *p == '\n' ? p : fieldEnd(p, end, separator);
+        break;
+    }
+    case Kind::number: {
+        double value = 0.0;
+        if (parseDouble(p, end, value)) {
+            column.add(value);
         }
-        case Kind::textUnlessInteger:
-        case Kind::textUnlessNumber:
-        case Kind::text: {
-            const char* const behind = fieldEnd(p, end, separator);
-            const char* const textEnd = behind - (!exactEnds && *behind == '\n' && behind != p && behind[-1] == '\r');
-            const bool refused = column.kind == Kind::textUnlessInteger ? beginsInteger(p, textEnd, separator)
-                : column.kind == Kind::textUnlessNumber && beginsDouble(p, textEnd, separator);
-            if (!refused) {
-                column.add(std::string_view(p, static_cast<std::size_t>(textEnd - p)));
-            }
-            return behind;
+        break;
+    }
+    case Kind::textUnlessInteger:
+    case Kind::textUnlessNumber:
+    case Kind::text:
+        if (!(column.kind == Kind::textUnlessInteger ? beginsInteger(p, end) : column.kind == Kind::textUnlessNumber && beginsDouble(p, end))) {
+            column.add(std::string_view(p, static_cast<std::size_t>(end - p)));
         }
-        case Kind::unknown: {
-            const bool isNumber = table.numbers == Kind::integer ? beginsInteger(p, end, separator)
-                : table.numbers == Kind::number && beginsDouble(p, end, separator);
-            column.kind = isNumber ? table.numbers : table.texts();
-            break;
-        }
-        }
+        break;
+    case Kind::unknown:
+    case Kind::unwanted:
+        break;
     }
 }
 

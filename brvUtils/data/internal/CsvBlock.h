@@ -1,6 +1,7 @@
 #pragma once
 
 #include "brvUtils/data/internal/CsvColumn.h"
+#include "brvUtils/data/internal/CsvFieldEnds.h"
 #include "brvUtils/os/InputFile.h"
 
 #include <cstdint>
@@ -32,15 +33,15 @@ private:
     void readToLineEnd(const os::InputFile& file, std::uint64_t from, std::uint64_t total);
     void reserve(std::size_t size);
     void terminate();
-    template <bool exactEnds>
-    void parseLines(const Table& table);
-    template <bool exactEnds>
-    const char* parseField(Column& column, const char* p, const char* end, const Table& table);
+    void reach(const Table& table);
+    std::size_t findEnds(const char* piece, std::size_t size, char separator);
+    static void parseField(Column& column, const char* p, const char* end, const Table& table);
 
     std::unique_ptr<char[]> text_;
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;
     std::size_t begin_ = 0; ///< Of the first line.
+    FieldEnds ends_;
     std::vector<Column> columns_;
     std::size_t reached_ = 0;
     bool cut_ = false;

@@ -27,12 +27,6 @@ struct Table
     {
         return numbers == Kind::integer ? Kind::textUnlessInteger : numbers == Kind::number ? Kind::textUnlessNumber : Kind::text;
     }
-
-    /// Whether the separator can be part of a number or of a line end, so that a field's end is to be found first.
-    bool needsExactEnds() const
-    {
-        return (separator >= '0' && separator <= '9') || (separator != '\0' && std::strchr("+-.eE\rINFAinfa", separator) != nullptr);
-    }
 };
 
 /// The values of a column in a block: integers, doubles or views of texts, one behind the other.
@@ -44,39 +38,39 @@ public:
     template <typename Value>
     void add(const Value& value)
     {
-        if (room_ < sizeof value) {
+        if (static_cast<std::size_t>(roomEnd_ - next_) < sizeof value) {
             grow();
         }
-        std::memcpy(memory_.get() + used_, &value, sizeof value);
-        used_ += sizeof value;
-        room_ -= sizeof value;
+        std::memcpy(next_, &value, sizeof value);
+        next_ += sizeof value;
     }
 
     void clear(Kind newKind)
     {
         kind = newKind;
-        room_ += used_;
-        used_ = 0;
+        next_ = memory_.get();
     }
 
     template <typename Value>
     const Value* begin() const { return reinterpret_cast<const Value*>(memory_.get()); }
     template <typename Value>
-    const Value* end() const { return reinterpret_cast<const Value*>(memory_.get() + used_); }
+    const Value* end() const { return reinterpret_cast<const Value*>(next_); }
 
 private:
     void grow()
     {
-        const std::size_t larger = used_ < 32 ? 32 : used_ * 2;
+        const auto used = static_cast<std::size_t>(next_ - memory_.get());
+        const std::size_t larger = used < 32 ? 32 : used * 2;
         std::unique_ptr<char[]> memory(new char[larger]); // whose bytes nobody has touched yet
-        std::copy_n(memory_.get(), used_, memory.get());
+        std::copy_n(memory_.get(), used, memory.get());
         memory_ = std::move(memory);
-        room_ = larger - used_;
+        next_ = memory_.get() + used;
+        roomEnd_ = memory_.get() + larger;
     }
 
     std::unique_ptr<char[]> memory_;
-    std::size_t used_ = 0;
-    std::size_t room_ = 0;
+    char* next_ = nullptr; ///< Where the next value goes.
+    char* roomEnd_ = nullptr;
 };
 
 } // namespace brvUtils::csv

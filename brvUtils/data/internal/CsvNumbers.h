@@ -1,57 +1,33 @@
 #pragma once
 
+#include <algorithm>
+#include <boost/core/bit.hpp>
 #include <cstdint>
 #include <cstring>
 #include <fast_float/fast_float.h>
 
-// Fields and the numbers they begin with, by the rules of strtol and strtod. `end` is that of the field, or any place behind
-// it when neither the separator nor what may follow it can be part of a number. Some load up to `overread` bytes behind
-// `end`, without a look at them.
+// Numbers at the beginning of fields, by the rules of strtol and strtod. Some functions load up to `overread` bytes behind the
+// end of the field, without a look at them.
 
 namespace brvUtils::csv {
 
 constexpr std::size_t overread = 8;
-constexpr std::uint64_t everyByte = 0x0101010101010101;
-
-/// How many bytes are below the lowest one whose highest bit is set. Of the first character in memory, that is: little endian.
-inline std::uint64_t bytesBelow(std::uint64_t flags)
-{
-    return (((((flags & (0 - flags)) - 1) >> 7) & everyByte) * everyByte) >> 56;
-}
-
-/// Where the field ends that p is in: at the separator or line feed, or at `end`.
-inline const char* fieldEnd(const char* p, const char* end, char separator)
-{
-    const std::uint64_t separators = everyByte * static_cast<unsigned char>(separator);
-    const std::uint64_t lineFeeds = everyByte * '\n';
-    for (;; p += sizeof separators) {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, p, sizeof bytes);
-        const std::uint64_t a = bytes ^ separators;
-        const std::uint64_t b = bytes ^ lineFeeds;
-        const std::uint64_t found = (((a - everyByte) & ~a) | ((b - everyByte) & ~b)) & (everyByte * 0x80);
-        const std::uint64_t passed = bytesBelow(found);
-        if (found != 0 || end - p <= 8) {
-            return static_cast<std::uint64_t>(end - p) < passed ? end : p + passed;
-        }
-    }
-}
 
 inline bool isDigit(char c)
 {
     return static_cast<unsigned char>(c - '0') < 10;
 }
 
-/// What strtol and strtod pass over, but for the line feed, which ends a field anyway.
+/// What strtol and strtod pass over.
 inline bool isBlank(char c)
 {
-    return c == ' ' || (c >= '\t' && c <= '\r' && c != '\n');
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// Behind the blanks and the sign; the separator may be a blank, and ends the field.
-inline const char* numberStart(const char* p, const char* end, char separator, bool& negative)
+/// Behind the blanks and the sign.
+inline const char* numberStart(const char* p, const char* end, bool& negative)
 {
-    while (p != end && isBlank(*p) && *p != separator) {
+    while (p != end && isBlank(*p)) {
         ++p;
     }
     negative = p != end && *p == '-';
@@ -59,10 +35,10 @@ inline const char* numberStart(const char* p, const char* end, char separator, b
 }
 
 /// Whether strtol would take at least one character.
-inline bool beginsInteger(const char* p, const char* end, char separator)
+inline bool beginsInteger(const char* p, const char* end)
 {
     bool negative = false;
-    p = numberStart(p, end, separator, negative);
+    p = numberStart(p, end, negative);
     return p != end && isDigit(*p);
 }
 
@@ -72,54 +48,91 @@ inline bool beginsWithoutCase(const char* p, const char* end, const char (&word)
 }
 
 /// Whether strtod would take at least one character.
-inline bool beginsDouble(const char* p, const char* end, char separator)
+inline bool beginsDouble(const char* p, const char* end)
 {
     bool negative = false;
-    p = numberStart(p, end, separator, negative);
+    p = numberStart(p, end, negative);
     if (p == end) {
         return false;
     }
     return isDigit(*p) || (*p == '.' && end - p > 1 && isDigit(p[1])) || beginsWithoutCase(p, end, "inf") || beginsWithoutCase(p, end, "nan");
 }
 
-/// The value of the digits at the beginning of 8 bytes, and how many there are, without a branch on their number.
-inline std::uint32_t leadingDigits(std::uint64_t bytes, std::uint64_t most, std::uint64_t& count)
+/// The value of the up to 8 digits that p begins with, and how many there are, without a branch on their number. No digit:
+/// no value.
+inline std::uint32_t leadingDigits(const char* p, const char* end, std::uint64_t& count)
 {
-    const std::uint64_t others = ((bytes + 0x4646464646464646) | (bytes - 0x3030303030303030)) & 0x8080808080808080;
-    count = bytesBelow(others);
-    count = count < most ? count : most;
-    if (count == 0) {
-        return 0;
-    }
-    std::uint64_t digits = (bytes & 0x0f0f0f0f0f0f0f0f) << (64 - 8 * count); // zeros lead
+    std::uint64_t bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
+    constexpr std::uint64_t every = 0x0101010101010101; // byte
+    const std::uint64_t others = ((bytes + 0x46 * every) | (bytes - 0x30 * every)) & 0x80 * every;
+    count = std::min(static_cast<std::uint64_t>(boost::core::countr_zero(others)) / 8, static_cast<std::uint64_t>(end - p)); // the first is lowest
+    std::uint64_t digits = (bytes & 0x0f * every) << ((64 - 8 * count) & 63); // zeros lead
     digits = (digits * 10) + (digits >> 8);
     return static_cast<std::uint32_t>((((digits & 0x000000ff000000ff) * 0x000f424000000064) + (((digits >> 16) & 0x000000ff000000ff) * 0x0000271000000001)) >> 32);
 }
 
+/// Behind the sign, when digits follow at once; a minus is as likely as none, and costs no branch.
+inline const char* skipSign(const char* p, const char* end, bool& negative)
+{
+    negative = *p == '-';
+    const char* const digits = p + negative;
+    return digits < end && isDigit(*digits) ? digits : numberStart(p, end, negative);
+}
+
 /// The integer that strtol reads, clamped to 32 bits. \return behind it; null when there is none.
-inline const char* parseInteger(const char* p, const char* end, char separator, std::int32_t& value)
+inline const char* parseInteger(const char* p, const char* end, std::int32_t& value)
 {
     bool negative = false;
+    p = skipSign(p, end, negative);
     if (p == end || !isDigit(*p)) {
-        p = numberStart(p, end, separator, negative);
-        if (p == end || !isDigit(*p)) {
+        return nullptr;
+    }
+    std::uint64_t count = 0;
+    std::int64_t magnitude = leadingDigits(p, end, count);
+    p += count;
+    if (count == 8) {
+        for (; p != end && isDigit(*p); ++p) {
+            magnitude = magnitude < 1'000'000'000'000 ? magnitude * 10 + (*p - '0') : magnitude;
+        }
+        magnitude = std::min<std::int64_t>(magnitude, negative ? 0x80000000 : 0x7fffffff);
+    }
+    value = static_cast<std::int32_t>(negative ? -magnitude : magnitude);
+    return p;
+}
+
+constexpr double powersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+/// Numbers such as 12, 12.5 and 0.12345678901 that fill their field: digits as an integer that a double holds exactly, by a
+/// power of ten that it holds exactly, give the nearest double. \return behind it; null when it is none of them.
+inline const char* parseShortDouble(const char* p, const char* end, double& value)
+{
+    std::uint64_t count = 0;
+    std::uint64_t digits = leadingDigits(p, end, count);
+    p += count;
+    if (count == 8 || p == end || *p != '.') {
+        value = static_cast<double>(digits);
+        return count < 8 && p == end ? p : nullptr;
+    }
+    std::uint64_t decimals = 0;
+    const std::uint32_t fraction = leadingDigits(++p, end, decimals);
+    p += decimals;
+    if (decimals == 0) {
+        return nullptr;
+    }
+    digits = digits * static_cast<std::uint64_t>(powersOfTen[decimals]) + fraction; // 15 digits at most
+    if (decimals == 8 && p != end && isDigit(*p)) {
+        std::uint64_t more = 0;
+        const std::uint32_t rest = leadingDigits(p, end, more);
+        if (count + decimals + more > 15) {
             return nullptr;
         }
+        digits = digits * static_cast<std::uint64_t>(powersOfTen[more]) + rest;
+        decimals += more;
+        p += more;
     }
-    std::uint64_t bytes;
-    std::memcpy(&bytes, p, sizeof bytes);
-    std::uint64_t count = 0;
-    std::uint64_t magnitude = leadingDigits(bytes, static_cast<std::uint64_t>(end - p), count);
-    p += count;
-    if (count == sizeof bytes) {
-        for (; p != end && isDigit(*p); ++p) {
-            magnitude = magnitude < 1'000'000'000'000 ? magnitude * 10 + static_cast<std::uint64_t>(*p - '0') : magnitude;
-        }
-    }
-    const std::uint64_t limit = negative ? 0x80000000u : 0x7fffffffu;
-    const auto clamped = static_cast<std::int64_t>(magnitude < limit ? magnitude : limit);
-    value = static_cast<std::int32_t>(negative ? -clamped : clamped);
-    return p;
+    value = static_cast<double>(digits) / powersOfTen[decimals];
+    return p == end ? p : nullptr;
 }
 
 /// The magnitude of a hexadecimal number, of infinity or of NaN, from behind the sign on: what fast_float reads otherwise
@@ -127,28 +140,30 @@ inline const char* parseInteger(const char* p, const char* end, char separator, 
 double parseSpecialDouble(const char* p, const char* end);
 
 /// The double that strtod reads. \return behind it; null when there is none.
-inline const char* parseDouble(const char* p, const char* end, char separator, double& value)
+inline const char* parseDouble(const char* p, const char* end, double& value)
 {
     bool negative = false;
-    if (p == end || !isDigit(*p)) {
-        p = numberStart(p, end, separator, negative);
-        if (p == end) {
+    p = skipSign(p, end, negative);
+    if (p == end) {
+        return nullptr;
+    }
+    if (isDigit(*p)) {
+        if (const char* behind = parseShortDouble(p, end, value)) {
+            value = negative ? -value : value;
+            return behind;
+        }
+    } else if (*p != '.' || end - p < 2 || !isDigit(p[1])) {
+        if (!beginsWithoutCase(p, end, "inf") && !beginsWithoutCase(p, end, "nan")) {
             return nullptr;
         }
-        if (!isDigit(*p) && !(*p == '.' && end - p > 1 && isDigit(p[1]))) {
-            end = fieldEnd(p, end, separator);
-            if (!beginsWithoutCase(p, end, "inf") && !beginsWithoutCase(p, end, "nan")) {
-                return nullptr;
-            }
-            value = parseSpecialDouble(p, end);
-            value = negative ? -value : value;
-            return end;
-        }
+        value = parseSpecialDouble(p, end);
+        value = negative ? -value : value;
+        return end;
     }
     const char* behind = fast_float::from_chars(p, end, value).ptr;
-    if (behind != end && (*behind | 0x20) == 'x' && *behind != separator && behind - p == 1 && *p == '0') {
-        behind = fieldEnd(p, end, separator);
-        value = parseSpecialDouble(p, behind);
+    if (behind != end && (*behind | 0x20) == 'x' && behind - p == 1 && *p == '0') {
+        value = parseSpecialDouble(p, end);
+        behind = end;
     }
     value = negative ? -value : value;
     return behind;
