@@ -16,6 +16,7 @@ bool IdcDataFile::load(std::string const& path, std::vector<std::string> const& 
     if (wantedColumns.size() < egoColumns) {
         return false;
     }
+    drop();
     Listener listener(*this, wantedColumns);
     brvUtils::os::InputFile file;
     if (file.open(path) != brvUtils::os::error::none) {
@@ -40,4 +41,15 @@ bool IdcDataFile::load(std::string const& path, std::vector<std::string> const& 
     }
     listener.finish();
     return goOn && report(file.size(), file.size());
+}
+
+void IdcDataFile::drop()
+{
+    for (DataCol* column : columns) {
+        delete column;
+    }
+    columns.clear();
+    columnIndex.clear();
+    objectNumbers.clear();
+    objectCount = 0;
 }

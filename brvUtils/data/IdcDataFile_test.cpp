@@ -297,6 +297,13 @@ TEST(IdcDataFile, TellsOfItsProgressAndKeepsWhatItHasWhenStopped)
     EXPECT_LT(stopped.getRowsCount(), 48u);
     EXPECT_EQ(stopped["OBJECT_0001_Width"]->size(), stopped.getRowsCount());
 
+    stopped.setProgress(nullptr);
+    EXPECT_FALSE(stopped.load(file, {}));
+    EXPECT_GT(stopped.getRowsCount(), 0u) << "nothing was loaded";
+    EXPECT_TRUE(stopped.load(file, names));
+    EXPECT_EQ(columnsOf(stopped), columnsOf(table)) << "nothing is left of what came before";
+    EXPECT_EQ(stopped.getColmnCount(), table.getColmnCount());
+
     IdcDataFile thrown;
     thrown.setProgress([](std::uint64_t, std::uint64_t) -> bool { throw std::string("stop"); });
     EXPECT_THROW(thrown.load(file, names), std::string);
