@@ -4,16 +4,19 @@ set output ARG2
 set datafile separator ','
 set datafile columnheaders
 
-set title (strlen(ARG3) > 0 ? ARG3 : 'Speed of the vehicle') font ',19' offset 0,0.3 noenhanced
+set title (strlen(ARG3) > 0 ? ARG3 : 'Speed of the vehicle') font ',19' noenhanced
 set xlabel 'time since the recording began [s]'
 set ylabel 'speed [km/h]' offset -0.5,0
-set key outside bottom center horizontal samplen 3 width 2
+set bmargin 6.5
+set key at screen 0.53,0.02 bottom center horizontal maxrows 1 samplen 2.5 width -2
 set border 3 lc rgb '#555555'
 set tics nomirror out scale 0.6
 set mxtics 2
 set grid xtics ytics lt 1 lw 1 lc rgb '#dddddd'
 set xrange [0:*] noextend
-set yrange [0:*]
+set yrange [-1.5:*] # who stands still shows above the axis
+set ytics 0,10
+set mytics 2
 set lmargin 9
 set rmargin 4
 
@@ -34,7 +37,7 @@ plot before = 0, ARG1 \
         with lines lw 2 lc rgb vehicle title 'vehicle', \
     before = 0, '' \
     using (column('time s')):(isHole(column('time s')) || column('age s') <= stale ? NaN : 3.6 * column('speed m/s')) \
-        with lines lw 2 dt (6,6) lc rgb silent title 'no news: its last speed', \
+        with lines lw 3 dt (4,3) lc rgb silent title 'no news: its last speed', \
     ownTime = 0, '' \
     using (column('time s')):(isRestart(column('vehicle time s')) ? 0 : NaN) \
-        with points pt 9 ps 1.6 lc rgb silent title 'vehicle started again'
+        with points pt 9 ps 0.9 lc rgb silent title 'vehicle started again'
