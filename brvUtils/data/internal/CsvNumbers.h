@@ -97,10 +97,11 @@ inline const char* parseInteger(const char* p, const char* end, std::int32_t& va
         }
         magnitude = std::min<std::int64_t>(magnitude, negative ? 0x80000000 : 0x7fffffff);
     }
-    value = static_cast<std::int32_t>(negative ? -magnitude : magnitude);
+    value = static_cast<std::int32_t>((magnitude ^ -std::int64_t(negative)) + negative); // the minus, without a branch
     return p;
 }
 
+constexpr double signs[] = {1.0, -1.0}; ///< A factor, where a branch would be foretold wrongly every other time.
 constexpr double powersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 /// Numbers such as 12, 12.5 and 0.12345678901 that fill their field: digits as an integer that a double holds exactly, by a
@@ -149,7 +150,7 @@ inline const char* parseDouble(const char* p, const char* end, double& value)
     }
     if (isDigit(*p)) {
         if (const char* behind = parseShortDouble(p, end, value)) {
-            value = negative ? -value : value;
+            value *= signs[negative];
             return behind;
         }
     } else if (*p != '.' || end - p < 2 || !isDigit(p[1])) {
@@ -157,7 +158,7 @@ inline const char* parseDouble(const char* p, const char* end, double& value)
             return nullptr;
         }
         value = parseSpecialDouble(p, end);
-        value = negative ? -value : value;
+        value *= signs[negative];
         return end;
     }
     const char* behind = fast_float::from_chars(p, end, value).ptr;
@@ -165,7 +166,7 @@ inline const char* parseDouble(const char* p, const char* end, double& value)
         value = parseSpecialDouble(p, end);
         behind = end;
     }
-    value = negative ? -value : value;
+    value *= signs[negative];
     return behind;
 }
 
