@@ -1,5 +1,6 @@
 #include "brvUtils/data/internal/MatVariables.h"
 
+#include "brvUtils/data/internal/MatCheck.h"
 #include "brvUtils/os/FileSystem.h"
 #include "brvUtils/os/InputFile.h"
 
@@ -58,7 +59,9 @@ MatVariables::MatVariables(const std::string& path) : turn_(matioMutex())
     size_ = file.size();
     const std::string opened = os::pathForLibraries(path);
     walker_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
-    if (walker_ != nullptr && Mat_GetVersion(walker_.get()) != MAT_FT_MAT73) {
+    const mat_ft version = walker_ != nullptr ? Mat_GetVersion(walker_.get()) : MAT_FT_UNDEFINED;
+    if (version == MAT_FT_MAT4 || version == MAT_FT_MAT5) {
+        left_ = version == MAT_FT_MAT4 ? soundMat4Variables(file) : soundMat5Variables(file);
         reader_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
         if (reader_ == nullptr) {
             walker_.reset();
@@ -75,7 +78,7 @@ MatVariables::~MatVariables()
 
 MatVariable MatVariables::next()
 {
-    return MatVariable(Mat_VarReadNextInfo(walker_.get()));
+    return MatVariable(left_-- > 0 ? Mat_VarReadNextInfo(walker_.get()) : nullptr);
 }
 
 std::size_t MatVariables::rowsOf(const matvar_t& variable)

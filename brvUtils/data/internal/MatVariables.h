@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -60,6 +61,7 @@ private:
 
     std::unique_lock<std::recursive_mutex> turn_; // of whoever reads; the progress function may load other files
     std::uint64_t size_ = 0;
+    std::size_t left_ = std::numeric_limits<std::size_t>::max(); ///< Variables that may be asked for.
     std::unique_ptr<mat_t, MatFileClose> walker_; ///< Its place in the file is behind the last variable.
     std::unique_ptr<mat_t, MatFileClose> reader_; ///< Its place is anywhere: reading a part of a variable moves it.
 };
