@@ -113,7 +113,7 @@ void CsvWriter::goOn(const std::string& header)
         const TableEnd end = endOf(table, size);
         size_ = end.size;
         lastRow_ = numbersIn(end.lastLine);
-        if (lastRow_.size() != columns_ && !end.lastLine.empty()) {
+        if (lastRow_.size() != columns_ && size_ > header.size()) {
             throw brvUtils::FileError(file_.u8string() + " is damaged: its last row is \"" + end.lastLine + "\"");
         }
     }

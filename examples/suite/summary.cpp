@@ -76,7 +76,7 @@ void showColumn(const std::string& me, const DataMatrix::DataCol& column)
     const std::optional<Range> range = rangeOf(column);
     std::printf("%s:   %-26s %9zu", me.c_str(), column.name.c_str(), column.size());
     if (range && range->count > 0) {
-        std::printf(" %14.6g %14.6g %14.6g\n", range->least, range->sum / static_cast<double>(range->count), range->most);
+        std::printf(" %14.7g %14.7g %14.7g\n", range->least, range->sum / static_cast<double>(range->count), range->most);
     } else {
         std::printf(" %14s\n", column.getStringData() != nullptr ? "text" : "-");
     }
