@@ -57,11 +57,11 @@ public:
             return false;
         }
         const std::uint32_t kind = words[0] & 0xFF;
-        if (kind == MAT_C_OPAQUE) {
-            return depth == 0; // matio knows hardly more of it than that
-        }
         std::uint64_t elements = 0;
         Tag name;
+        if (kind == MAT_C_OPAQUE) {
+            return depth == 0 && tag(left, name); // all that matio looks at
+        }
         if (!dimensions(left, elements) || !tag(left, name) || bytesOfType(name.type) != 1 || !pass(left, name)) {
             return false;
         }

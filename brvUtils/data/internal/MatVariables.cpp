@@ -20,6 +20,20 @@ std::recursive_mutex& matioMutex()
     return mutex;
 }
 
+/// What the header says; files of version 4 have none.
+mat_ft versionOf(const os::InputFile& file)
+{
+    constexpr std::uint64_t place = 124;
+    std::size_t got = 0;
+    char bytes[4] = {};
+    const bool read = file.read(place, bytes, sizeof bytes, got) == os::error::none && got == sizeof bytes;
+    const std::string text(bytes, sizeof bytes);
+    const auto isVersion = [&](char version) {
+        return text == std::string{'\0', version, 'I', 'M'} || text == std::string{version, '\0', 'M', 'I'};
+    };
+    return read && isVersion(1) ? MAT_FT_MAT5 : read && isVersion(2) ? MAT_FT_MAT73 : MAT_FT_MAT4;
+}
+
 /// All elements, of all dimensions; `limit` + 1 for more than that.
 std::uint64_t elementsUpTo(const matvar_t& variable, std::uint64_t limit)
 {
@@ -57,15 +71,20 @@ MatVariables::MatVariables(const std::string& path) : turn_(matioMutex())
         return;
     }
     size_ = file.size();
+    const mat_ft version = versionOf(file);
+    if (version != MAT_FT_MAT73) {
+        left_ = version == MAT_FT_MAT5 ? soundMat5Variables(file) : soundMat4Variables(file);
+        if (version == MAT_FT_MAT4 && left_ == 0) {
+            return; // the oldest files have nothing but variables to be known by
+        }
+    }
     const std::string opened = os::pathForLibraries(path);
     walker_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
-    const mat_ft version = walker_ != nullptr ? Mat_GetVersion(walker_.get()) : MAT_FT_UNDEFINED;
-    if (version == MAT_FT_MAT4 || version == MAT_FT_MAT5) {
-        left_ = version == MAT_FT_MAT4 ? soundMat4Variables(file) : soundMat5Variables(file);
+    if (version != MAT_FT_MAT73) {
         reader_.reset(Mat_Open(opened.c_str(), MAT_ACC_RDONLY));
-        if (reader_ == nullptr) {
-            walker_.reset();
-        }
+    }
+    if (walker_ != nullptr && (Mat_GetVersion(walker_.get()) != version || (version != MAT_FT_MAT73 && reader_ == nullptr))) {
+        walker_.reset();
     }
 }
 
