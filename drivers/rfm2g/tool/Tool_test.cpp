@@ -46,7 +46,10 @@ protected:
     }
 
     std::string config() const { return folder_.file("shm.cfg"); }
-    brvTesting::Variables variables(int node) const { return {{"RFM2G_FOLDER", folder_.file("rings")}, {"RFM2G_NODE", std::to_string(node)}}; }
+    brvTesting::Variables variables(int node) const
+    {
+        return {{"RFM2G_FOLDER", folder_.file("rings")}, {"RFM2G_NODE", std::to_string(node)}, {"RFM2G_RING", ""}, {"RFM2G_SIZE", ""}};
+    }
 
     Result run(const Arguments& arguments)
     {
