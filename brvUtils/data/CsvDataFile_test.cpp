@@ -1,6 +1,6 @@
 #include "brvUtils/data/CsvDataFile.h"
 
-#include "brvUtils/data/internal/CsvLoader.h"
+#include "brvUtils/data/internal/CsvTuning.h"
 #include "testing/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

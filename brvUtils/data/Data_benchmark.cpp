@@ -17,6 +17,7 @@ int main(int argc, char** argv)
     const brvTesting::TemporaryFolder folder("brv-bench");
     const dataBenchmark::Settings settings{folder.file(), static_cast<std::size_t>(rows)};
     try {
+        dataBenchmark::addCsvRows(table, settings);
         dataBenchmark::addIdcRows(table, settings);
         dataBenchmark::addMatRows(table, settings);
     } catch (const std::exception& error) {

@@ -16,6 +16,7 @@ struct Settings
 
 // Each makes the files it needs, measures, and removes them.
 
+void addCsvRows(brvTesting::BenchmarkTable& table, const Settings& settings);
 void addIdcRows(brvTesting::BenchmarkTable& table, const Settings& settings);
 void addMatRows(brvTesting::BenchmarkTable& table, const Settings& settings);
 

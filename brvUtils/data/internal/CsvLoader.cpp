@@ -1,5 +1,7 @@
 #include "brvUtils/data/internal/CsvLoader.h"
 
+#include "brvUtils/data/internal/CsvTuning.h"
+
 #include <algorithm>
 
 namespace brvUtils::csv {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "brvUtils/data/internal/CsvBlock.h"
-#include "brvUtils/export.h"
 
 #include <condition_variable>
 #include <exception>
@@ -10,14 +9,6 @@
 #include <thread>
 
 namespace brvUtils::csv {
-
-/// How a file is cut and shared out; 0 leaves that to the loader. For tests and benchmarks; read when a load begins.
-struct Tuning
-{
-    unsigned threads = 0;
-    std::size_t blockSize = 0; ///< Bytes.
-};
-BRVUTILS_API Tuning& tuning();
 
 /// The blocks of a file, parsed by this thread and others, and handed on in their order.
 ///
