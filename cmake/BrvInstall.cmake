@@ -22,7 +22,8 @@ if(TARGET rfm2g)
   install(TARGETS rfm2g
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}/rfm2g
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/brvUtils/rfm2g)
-  set_target_properties(rfm2g-card PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY "${CMAKE_INSTALL_FULL_BINDIR}" OUTPUT_VARIABLE libraries_from_programs)
+  set_target_properties(rfm2g-card PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
   install(TARGETS rfm2g-card RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
