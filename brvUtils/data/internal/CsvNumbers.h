@@ -158,7 +158,7 @@ inline const char* parseDouble(const char* p, const char* end, double& value)
             return nullptr;
         }
         value = parseSpecialDouble(p, end);
-        value *= signs[negative];
+        value = negative ? -value : value; // NaN has a sign, too
         return end;
     }
     const char* behind = fast_float::from_chars(p, end, value).ptr;
