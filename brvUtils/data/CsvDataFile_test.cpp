@@ -342,7 +342,7 @@ TEST(CsvDataFile, ReadsAnyTableAtAnyCut)
     const TemporaryFolder folder;
     Random random(42);
     const char separators[] = {';', ',', '\t', ' ', '\v', '|', '5', '0', '.', '-', '+', 'e', 'E', 'x', 'i', 'n', 'f', 'a', 'N', '\r', '\n', '\0', '\xFF'};
-    for (int round = 0; round < 8; ++round) {
+    for (int round = 0; round < 4; ++round) {
         for (const char separator : separators) {
             const std::string content = random.table(separator);
             const std::string path = folder.write("table.csv", content);
