@@ -20,7 +20,7 @@ constexpr std::chrono::hours never{1000};
 class CsvWriting : public testing::Test
 {
 protected:
-    std::filesystem::path path() const { return folder_.path() / "täst.csv"; }
+    std::filesystem::path path() const { return std::filesystem::u8path(folder_.file("täst.csv")); }
     std::string content() const { return folder_.read("täst.csv"); }
     void put(const std::string& text) const { folder_.write("täst.csv", text); }
 
