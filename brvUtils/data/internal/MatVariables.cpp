@@ -12,6 +12,7 @@ namespace brvUtils {
 namespace {
 
 constexpr int highestRank = 32; // of what any program writes
+constexpr std::size_t elementsPerPart = 128 * 1024;
 constexpr std::uint64_t elementsPerByte = 1100; // deflated data grows by 1032 at most
 
 std::recursive_mutex& matioMutex()
@@ -112,13 +113,23 @@ bool MatVariables::read(matvar_t& variable, std::size_t count, std::vector<Value
     if (!isPlausible(variable)) {
         return false;
     }
+    if (!variable.isComplex && count <= INT_MAX) {
+        // A vector zeroes what it grows by: in parts, that happens within the cache. What is deflated is to be read at once.
+        const bool atAnyPlace = reader_ != nullptr && variable.compression == MAT_COMPRESSION_NONE;
+        const std::size_t most = atAnyPlace ? elementsPerPart : count;
+        values.reserve(count);
+        for (std::size_t done = 0; done < count; done = values.size()) {
+            const std::size_t part = std::min(count - done, most);
+            values.resize(done + part);
+            if (Mat_VarReadDataLinear(reader(), &variable, values.data() + done, static_cast<int>(done), 1, static_cast<int>(part)) != 0) {
+                return false;
+            }
+        }
+        return true;
+    }
     values.resize(count);
     if (count == 0) {
         return true;
-    }
-    if (!variable.isComplex && count <= INT_MAX) {
-        mat_t* const file = reader_ != nullptr ? reader_.get() : walker_.get();
-        return Mat_VarReadDataLinear(file, &variable, values.data(), 0, 1, static_cast<int>(count)) == 0;
     }
     if (!readAll(variable) || variable.data_size != static_cast<int>(sizeof(Value)) || variable.nbytes / sizeof(Value) < count) {
         return false;
@@ -134,8 +145,7 @@ template bool MatVariables::read(matvar_t&, std::size_t, std::vector<std::int64_
 
 bool MatVariables::readAll(matvar_t& variable)
 {
-    mat_t* const file = reader_ != nullptr ? reader_.get() : walker_.get();
-    return isPlausible(variable) && Mat_VarReadDataAll(file, &variable) == 0 && variable.data != nullptr;
+    return isPlausible(variable) && Mat_VarReadDataAll(reader(), &variable) == 0 && variable.data != nullptr;
 }
 
 std::uint64_t MatVariables::elementsOf(const matvar_t& variable) const

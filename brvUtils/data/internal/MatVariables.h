@@ -56,6 +56,7 @@ public:
     bool readAll(matvar_t& variable);
 
 private:
+    mat_t* reader() const { return reader_ != nullptr ? reader_.get() : walker_.get(); }
     std::uint64_t limitOf(const matvar_t& variable) const;
     bool isPlausible(const matvar_t& variable) const;
 
@@ -63,7 +64,7 @@ private:
     std::uint64_t size_ = 0;
     std::size_t left_ = std::numeric_limits<std::size_t>::max(); ///< Variables that may be asked for.
     std::unique_ptr<mat_t, MatFileClose> walker_; ///< Its place in the file is behind the last variable.
-    std::unique_ptr<mat_t, MatFileClose> reader_; ///< Its place is anywhere: reading a part of a variable moves it.
+    std::unique_ptr<mat_t, MatFileClose> reader_; ///< Its place is anywhere: reading a part of a variable moves it. None for 7.3.
 };
 
 } // namespace brvUtils
