@@ -155,7 +155,7 @@ TEST_F(Recorder, summaryTellsOfRecordingsOfAllKinds)
 {
     const std::string file = folder_.write("a.csv", "row;time s;note\n4;0.08;left\n5;0.1;\n8;0.2;right\n9;x;nan\n");
     const std::string text = said("summary", {"-separator", ";", file}, success);
-    EXPECT_THAT(text, HasSubstr("a.csv: 4 rows, 3 columns, 0.1 s, 2 rows missing\n"));
+    EXPECT_THAT(text, HasSubstr("a.csv: 4 rows, 3 columns, 0.1 s, missing rows: 2\n"));
     EXPECT_THAT(text, testing::ContainsRegex("\nsummary:   row +4 +4 +6.5 +9\n"));
     EXPECT_THAT(text, testing::ContainsRegex("\nsummary:   time s +3 +0.08 +0.1266667 +0.2\n"));
     EXPECT_THAT(text, testing::ContainsRegex("\nsummary:   note +3 +text\n"));

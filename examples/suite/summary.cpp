@@ -91,7 +91,8 @@ void show(const std::string& me, const std::string& file, const DataMatrix& tabl
         text += seconds;
     }
     if (const auto row = rangeOf(table, {"row"})) {
-        text += ", " + std::to_string(row->count == 0 ? 0 : std::llround(row->most - row->least + 1.0) - static_cast<long long>(row->count)) + " rows missing";
+        const auto beats = row->count == 0 ? 0 : std::llround(row->most - row->least) + 1;
+        text += ", missing rows: " + std::to_string(beats - static_cast<long long>(row->count));
     }
     tell(std::cout, me, file + ": " + text);
     std::printf("%s:   %-26s %9s %14s %14s %14s\n", me.c_str(), "column", "values", "least", "mean", "most");
