@@ -66,10 +66,7 @@ bool CsvDataFile::load(std::string const& path, std::vector<std::string> const& 
     if (file.open(path) != os::error::none) {
         return false;
     }
-    for (DataCol* column : columns) {
-        dropped_.emplace_back(column); // callers, and the names that stay, may still lead to it
-    }
-    columns.clear();
+    clear();
 
     const uint64_t total = file.size();
     csv::Header header;

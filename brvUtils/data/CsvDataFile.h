@@ -22,8 +22,7 @@ public:
     /// \param separator between fields. \param typeForced values that are not listed are the same as FORCE_STRING.
     CsvDataFile(char separator, TypeForced typeForced);
 
-    /// Fills the table. What an earlier load filled in is in the table's list of columns no longer, but lives as long as the
-    /// table, and is found by those names that did not come again.
+    /// Fills the table. Where the file cannot be opened it stays as it is.
     ///
     /// Integers are parsed as by strtol and clamped to 32 bits, doubles as by strtod, the locale playing no part.
     ///
@@ -36,5 +35,4 @@ public:
 private:
     char separator;
     TypeForced typeForced;
-    std::vector<std::shared_ptr<DataCol>> dropped_; ///< What earlier loads filled in.
 };

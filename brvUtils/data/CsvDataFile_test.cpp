@@ -28,7 +28,7 @@ public:
     Tuned& operator=(const Tuned&) = delete;
 };
 
-/// The columns as text: "name:i1,2 other:d0.5 third:s|a|b|", doubles by their bits in hexadecimal unless told otherwise.
+/// The columns as text: "name:i1i2 other:d0.5 third:|a||b|".
 std::string shown(const DataMatrix& table)
 {
     std::ostringstream text;
@@ -119,17 +119,15 @@ TEST(CsvDataFile, SaysWhenAFileCannotBeOpened)
     }
 }
 
-TEST(CsvDataFile, KeepsWhatAnEarlierLoadFilledInAlive)
+TEST(CsvDataFile, HoldsNothingOfAnEarlierLoad)
 {
     const TemporaryFolder folder;
     CsvDataFile file(';', CsvDataFile::FORCE_INT);
     EXPECT_TRUE(file.load(folder.write("one.csv", "a;b\n1;2\n"), {}));
-    const DataMatrix::DataCol* earlier = file["a"];
     EXPECT_TRUE(file.load(folder.write("two.csv", "b\n3\n"), {}));
     EXPECT_EQ(shown(file), "b:i3");
     EXPECT_EQ(file["b"], file[0]);
-    EXPECT_EQ(file["a"], earlier);
-    EXPECT_EQ(*earlier->getIntData(), 1);
+    EXPECT_FALSE(file.exists("a"));
 }
 
 /// The same by the C library, line by line and value by value.

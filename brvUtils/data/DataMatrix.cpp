@@ -11,9 +11,16 @@ DataMatrix& DataMatrix::operator=(DataMatrix const&) = default;
 
 DataMatrix::~DataMatrix()
 {
+    clear();
+}
+
+void DataMatrix::clear()
+{
     for (DataCol* column : columns) {
         delete column;
     }
+    columns.clear();
+    columnIndex.clear();
 }
 
 void DataMatrix::setProgress(Progress progress)

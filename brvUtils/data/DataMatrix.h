@@ -14,7 +14,8 @@
 
 /// A table of recorded data: named columns of one type each, filled by the readers derived from it.
 ///
-/// Columns may differ in length. Any thread may read as long as nobody loads or adds. An object loads once.
+/// Columns may differ in length. Any thread may read as long as nobody loads or adds. Each load deletes
+/// the columns of the one before, and with them all that leads into these.
 class BRVUTILS_API DataMatrix
 {
 public:
@@ -103,6 +104,9 @@ public:
     bool getData(size_t column, size_t row, std::string& out) const;
 
 protected:
+    /// For readers: deletes all columns.
+    void clear();
+
     struct ColumnPlace
     {
         DataCol* column;

@@ -16,7 +16,9 @@ bool IdcDataFile::load(std::string const& path, std::vector<std::string> const& 
     if (wantedColumns.size() < egoColumns) {
         return false;
     }
-    drop();
+    clear();
+    objectNumbers.clear();
+    objectCount = 0;
     Listener listener(*this, wantedColumns);
     brvUtils::os::InputFile file;
     if (file.open(path) != brvUtils::os::error::none) {
@@ -41,15 +43,4 @@ bool IdcDataFile::load(std::string const& path, std::vector<std::string> const& 
     }
     listener.finish();
     return goOn && report(file.size(), file.size());
-}
-
-void IdcDataFile::drop()
-{
-    for (DataCol* column : columns) {
-        delete column;
-    }
-    columns.clear();
-    columnIndex.clear();
-    objectNumbers.clear();
-    objectCount = 0;
 }

@@ -21,7 +21,7 @@ public:
     /// Bytes that are no part of the recording are passed over, with a line on the error stream; so are, without it, records
     /// that are shorter than they say. What a cut file holds before the cut is kept.
     ///
-    /// Columns of an earlier load are deleted. What the scanners recorded is small beside the table when many objects were seen: each has thirteen columns as long as
+    /// What the scanners recorded is small beside the table when many objects were seen: each has thirteen columns as long as
     /// the first one. Where there is no memory for it std::bad_alloc is thrown.
     /// \param path UTF-8; not recorded as the table's name: kept for callers.
     /// \param wantedColumns the nine names of the ego columns, "Time" first, in the order in which they are wanted.
@@ -31,8 +31,6 @@ public:
 
 private:
     class Listener;
-
-    void drop();
 
     std::map<int32_t, int32_t> objectNumbers; ///< By identifier.
     int32_t objectCount = 0; ///< The last number that was given.

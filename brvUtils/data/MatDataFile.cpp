@@ -65,10 +65,7 @@ bool MatDataFile::load(std::string const& path, std::vector<std::string> const& 
     if (!file.isOpen()) {
         throw std::out_of_range("Error opening : " + path);
     }
-    for (DataCol* column : columns) {
-        dropped_.emplace_back(column); // callers, and the names that stay, may still lead to it
-    }
-    columns.clear();
+    clear();
     std::uint64_t done = 0;
     while (const brvUtils::MatVariable variable = file.next()) {
         if (variable->name == nullptr || !isWanted(wantedColumns, variable->name) || !hasShapeOfColumns(*variable)) {

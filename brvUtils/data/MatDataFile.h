@@ -12,13 +12,11 @@
 class BRVUTILS_API MatDataFile : public DataMatrix
 {
 public:
+    /// Fills the table. Where the file cannot be opened it stays as it is.
     /// \param wantedColumns names of the variables to take; none stands for all.
     /// \return true; false when the progress function stopped the loading.
     /// \throw std::out_of_range "Error opening : <file>" when that failed, or "failed to find <variable> class type. The
     ///        Type is :<class>\n" for a variable of another class; what was read before stays. Where the library was built
     ///        without support of MAT files, each file is a failure to open that says so.
     bool load(std::string const& fileName, std::vector<std::string> const& wantedColumns) override;
-
-private:
-    std::vector<std::shared_ptr<DataCol>> dropped_; ///< What earlier loads filled in.
 };

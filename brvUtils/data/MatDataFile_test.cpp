@@ -207,6 +207,18 @@ TEST_P(MatFormatTest, ProgressGoesUpToTheSizeOfTheFileAndMayStopTheLoad)
     EXPECT_TRUE(MatDataFile().load(path, {})); // it waits for nobody
 }
 
+TEST_F(MatDataFileTest, NothingIsLeftOfAnEarlierLoad)
+{
+    MatFile(path).add("a", std::vector<double>{1});
+    ASSERT_TRUE(matrix.load(path, {}));
+    EXPECT_THROW(matrix.load(folder.file("none.mat"), {}), std::out_of_range);
+    EXPECT_THAT(namesOf(matrix), ElementsAre("a"));
+    MatFile(path).add("b", std::vector<double>{2});
+    ASSERT_TRUE(matrix.load(path, {}));
+    EXPECT_THAT(namesOf(matrix), ElementsAre("b"));
+    EXPECT_FALSE(matrix.exists("a"));
+}
+
 TEST_F(MatDataFileTest, CharactersOf16BitsBecomeUtf8)
 {
     const std::uint16_t text[] = {'a', 0xE4, 0x20AC, 0xD83D, 0xDE00};
