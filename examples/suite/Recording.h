@@ -1,10 +1,12 @@
 #pragma once
 
 #include "CsvWriter.h"
+#include "SensorView.h"
 #include "VehicleState.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 
 namespace suite {
 
@@ -12,8 +14,10 @@ namespace suite {
 ///
 /// Columns, with their units in their names: number of the beat since the recording began ("row"; where some are missing
 /// nothing was recorded), seconds since then, the same moment on the clock that all modules share, the vehicle's frame, its
-/// own time, distance, speed, that of the cycle, acceleration, force and gear, and how long ago it told so. A file that
-/// holds such a recording is gone on with. One thread at a time.
+/// own time, distance, speed, that of the cycle, acceleration, force and gear, and how long ago it told so. Behind these stands
+/// what the sensor told last: when, the poses of ego, sensor and traffic in the world that it has looked at, and the traffic
+/// in its own frame; all 0 as long as it has told nothing. A file that holds such a recording is gone on with. One thread at
+/// a time.
 class Recording
 {
 public:
@@ -21,7 +25,10 @@ public:
     Recording(const std::filesystem::path& file, double period);
 
     /// Appends a row. \param now see clockNow; the rows' order.
-    void add(const VehicleState& state, std::int64_t now);
+    void add(const VehicleState& state, const SensorView& view, std::int64_t now);
+
+    /// The name of a column of the vehicle with that number, from 0: "traffic 1 x m".
+    static std::string trafficColumn(int vehicle, const std::string& name);
 
     /// Rows appended by this object.
     std::int64_t rows() const { return rows_; }

@@ -1,8 +1,10 @@
-/// Writes the vehicle's drive to a text table, 50 rows in each second.
+/// Writes the vehicle's drive, and what the sensor has of the traffic, to a text table, 50 rows in each second.
 #include "Configuration.h"
 #include "Heartbeat.h"
 #include "Module.h"
 #include "Recording.h"
+#include "SensorShm.h"
+#include "VehicleFollower.h"
 #include "VehicleShm.h"
 #include "VehicleWait.h"
 
@@ -67,39 +69,6 @@ private:
     std::string fault_; ///< When it was last looked at.
 };
 
-enum class Ending { vehicleEnded, vehicleSilent, stopped };
-
-Ending record(VehicleShm& shm, Heartbeat& heartbeat, Recording& recording, Complaints& complaints, double silence)
-{
-    const std::int64_t start = clockNow();
-    VehicleState state;
-    while (heartbeat.wait()) {
-        const bool ended = shm.waitForEnd(0.0); // before the look at the state, which is then the last one
-        shm.getState(state);
-        if (state.stamp != 0) {
-            recording.add(state, clockNow());
-            complaints.look(recording.writer());
-        }
-        if (ended) {
-            return Ending::vehicleEnded;
-        }
-        if (secondsSince(state.stamp != 0 ? state.stamp : start) > silence) {
-            return Ending::vehicleSilent;
-        }
-    }
-    return shm.waitForEnd(0.0) ? Ending::vehicleEnded : Ending::stopped;
-}
-
-const char* textOf(Ending ending)
-{
-    switch (ending) {
-    case Ending::vehicleEnded: return "the vehicle has ended";
-    case Ending::vehicleSilent: return "the vehicle has been silent for too long";
-    case Ending::stopped: return "stopped";
-    }
-    return "";
-}
-
 int run(const std::string& me, const Options& options)
 {
     const std::filesystem::path place = recordingPlace(options);
@@ -123,7 +92,13 @@ int run(const std::string& me, const Options& options)
 
     Complaints complaints(me, file);
     complaints.look(writer);
-    const Ending ending = record(shm, heartbeat, recording, complaints, static_cast<double>(options.silence));
+    SensorShm sensor;
+    SensorView view;
+    const Ending ending = followVehicle(shm, heartbeat, static_cast<double>(options.silence), [&](const VehicleState& state) {
+        sensor.look(view);
+        recording.add(state, view, clockNow());
+        complaints.look(recording.writer());
+    });
     writer.write();
     const std::size_t missing = writer.waiting() + writer.lost();
     tell(std::cout, me, std::string(textOf(ending)) + ", " + std::to_string(recording.rows() - static_cast<std::int64_t>(missing)) + " rows written");

@@ -1,5 +1,6 @@
 /// Tells what is in recordings: CSV, MAT and IDC files.
 #include "Module.h"
+#include "SceneCheck.h"
 
 #include <brvUtils/data/DataMatrixFactory.h>
 
@@ -102,6 +103,19 @@ void show(const std::string& me, const std::string& file, const DataMatrix& tabl
     std::fflush(stdout);
 }
 
+/// What a recording of the suite has of traffic and sensor; nothing for others.
+void showScene(const std::string& me, const DataMatrix& table)
+{
+    const std::optional<SceneCheck> scene = checkScene(table);
+    if (!scene) {
+        return;
+    }
+    std::printf("%s: traffic: %.0f frames; the two vehicles that came closest were %.1f m apart\n", me.c_str(), scene->trafficFrames, scene->closest);
+    std::printf("%s: sensor: told something in %zu rows, at most %d vehicles in view, off the positions in the world by at most %.3f mm\n",
+        me.c_str(), scene->rows, scene->mostInView, 1000.0 * scene->largestError);
+    std::fflush(stdout);
+}
+
 bool summarize(const std::string& me, const std::string& file, char separator)
 {
     const std::unique_ptr<DataMatrix> table(DataMatrixFactory::create(file, separator, CsvDataFile::FORCE_DOUBLE));
@@ -116,6 +130,7 @@ bool summarize(const std::string& me, const std::string& file, char separator)
         return false;
     }
     show(me, file, *table);
+    showScene(me, *table);
     return true;
 }
 
