@@ -2,6 +2,7 @@
 
 #include "brvUtils/geometry/internal/Constants.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace brvUtils {
@@ -39,7 +40,7 @@ float checkAngle02PI(float angle)
 float diffAngleNotOriented(float a, float b)
 {
     const double difference = std::fabs(checkAngle02PI(a) - checkAngle02PI(b));
-    return static_cast<float>(difference > pi ? 2.0 * pi - difference : difference);
+    return static_cast<float>(difference > pi ? std::max(2.0 * pi - difference, 0.0) : difference);
 }
 
 float medianAngle(float a, float b, float weightA, float weightB)

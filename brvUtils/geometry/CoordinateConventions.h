@@ -10,7 +10,10 @@
 
 namespace brvUtils {
 
+/// Fills the six numbers of a pose; note that a Mark itself has its angles in the opposite order.
 BRVUTILS_API void copyXYZHPRFromMark(double out[6], brv::Mark m);
+
+/// The pose of six numbers.
 BRVUTILS_API void copyMarkFromXYZHPR(brv::Mark& m, const double in[6]);
 
 /// The pose at (longitudinalOffset, 0, verticalOffset) in the frame of `in`, turned by half a turn about that frame's z axis.

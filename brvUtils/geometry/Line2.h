@@ -11,7 +11,10 @@ namespace brvUtils {
 class BRVUTILS_API Line2
 {
 public:
+    /// No line yet: all zero.
     Line2() = default;
+
+    /// The line of these three numbers.
     Line2(double aValue, double bValue, double cValue);
 
     /// Become the line through two points.
@@ -23,9 +26,9 @@ public:
     /// Become the line of the points that are equally far from two points.
     void mediatrice(brv::Vector2& p1, brv::Vector2& p2);
 
-    double a = 0.0;
-    double b = 0.0;
-    double c = 0.0;
+    double a = 0.0; ///< The factor of x.
+    double b = 0.0; ///< The factor of y.
+    double c = 0.0; ///< What is left.
 };
 
 /// Where two lines meet. \param result (0, 0) when they do not. \return false for lines that are parallel, as far as the

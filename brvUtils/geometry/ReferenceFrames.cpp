@@ -22,7 +22,7 @@ void Base::setOrigin(RelativePosition* origin)
 brv::Vector3 Base::resolve(brv::Vector3 v) const
 {
     for (const Base* base = this; base->origin_ != nullptr; base = base->origin_->getLocalBase()) {
-        v = base->origin_->getTransformationMatrix() * v;
+        v = brv::Transform(base->origin_->getPlace()) * v;
     }
     return v;
 }

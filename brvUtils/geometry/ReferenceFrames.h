@@ -18,7 +18,10 @@ public:
     /// \param origin null for the global frame.
     explicit Base(RelativePosition* origin = nullptr);
 
+    /// The pose that this frame is of; null for the global frame.
     RelativePosition* getOrigin() const;
+
+    /// Makes it the frame of another pose, or the global one.
     void setOrigin(RelativePosition* origin);
 
     /// A point of this frame as the global frame has it. The local bases of the origins on the way must not be null.
@@ -28,8 +31,8 @@ private:
     RelativePosition* origin_;
 };
 
-/// A pose within a frame, and the origin of another one where a Base says so. Metres and radians. One thread at a time per
-/// chain: even those that only look refresh what is kept.
+/// A pose within a frame, and the origin of another one where a Base says so. Metres and radians. Threads may look at a chain
+/// that nobody changes; getTransformationMatrix, which keeps its result in the object, is for one thread at a time.
 class BRVUTILS_API RelativePosition
 {
 public:
@@ -38,6 +41,8 @@ public:
 
     /// The pose within the local base.
     const brv::Mark& getPlace() const;
+
+    /// Replaces the pose within the local base.
     void setPlace(brv::Mark place);
 
     /// Replaces the position only.
@@ -49,6 +54,7 @@ public:
     /// Heading, pitch and roll, as x, y and z.
     brv::Vector3 getDir() const;
 
+    /// The frame that the pose is given in; may be null.
     Base* getLocalBase() const;
 
     /// Gives the same pose another frame, so that the absolute pose changes.
@@ -60,7 +66,8 @@ public:
     /// From the frame of this pose to the local base, of the pose as it is now. Overwritten by the next call.
     const brv::Transform& getTransformationMatrix() const;
 
-    /// The pose within the global frame.
+    /// The pose within the global frame, its angles as by brv::Transform::toMark; the pose itself when its local base is the
+    /// global one.
     brv::Mark getAbsolutePlace() const;
 
     /// Does nothing: kept for callers. Set the pose by setPlace.

@@ -14,10 +14,10 @@ constexpr bool overlap(double a0, double a1, double b0, double b1)
     return std::max(a0, a1) >= std::min(b0, b1) && std::max(b0, b1) >= std::min(a0, a1);
 }
 
-/// Whether these sides of a segment rule out that it is crossed.
+/// Whether these sides of a segment, by sign, rule out that it is crossed: one has to be positive and the other must not.
 constexpr bool rejected(double side0, double side1)
 {
-    return (side0 > 0.0 && side1 > 0.0) || (side0 <= 0.0 && side1 <= 0.0);
+    return (side0 > 0.0) == (side1 > 0.0);
 }
 
 /// A fraction whose bounds are 0 and 1.
@@ -39,16 +39,6 @@ Fraction clamped(float numerator, float a, float denominator)
 }
 
 } // namespace
-
-void abscissaAndGap(brv::Vector2 origin, brv::Vector2 towards, brv::Vector2 p, double& abscissa, double& gap)
-{
-    const brv::Vector2 along = towards - origin;
-    const brv::Vector2 w = p - origin;
-    const double length = norm(along);
-    const brv::Vector2 direction = length > 0.0 ? brv::Vector2(along.x / length, along.y / length) : brv::Vector2(1.0, 0.0);
-    abscissa = dot(direction, w);
-    gap = cross(direction, w);
-}
 
 float squareDistanceSegmentToSegment(brv::Vector2& between, brv::Vector2 p1, brv::Vector2 q1, brv::Vector2 p2, brv::Vector2 q2)
 {

@@ -1,18 +1,39 @@
 #pragma once
 
 #include "brvUtils/export.h"
+#include "brvUtils/geometry/Vectors.h"
 
 #include <brv/Vector2.h>
+
+#include <cmath>
 
 namespace brvUtils {
 
 /// Where a point lies along the oriented line from `origin` to `towards`, and how far to the left of it. When these two are the
 /// same the line is the x axis through them.
-BRVUTILS_API void abscissaAndGap(
-    brv::Vector2 origin, brv::Vector2 towards, brv::Vector2 p, double& abscissa, double& gap);
+inline void abscissaAndGap(brv::Vector2 origin, brv::Vector2 towards, brv::Vector2 p, double& abscissa, double& gap)
+{
+    const brv::Vector2 along = towards - origin;
+    const brv::Vector2 w = p - origin;
+    const double square = dot(along, along);
+    if (square > 1e-280 && square < 1e280) { // as exact as any number: no angle is needed
+        const double inverse = 1.0 / std::sqrt(square);
+        abscissa = dot(along, w) * inverse;
+        gap = cross(along, w) * inverse;
+    } else {
+        const double angle = heading(along);
+        const brv::Vector2 direction(std::cos(angle), std::sin(angle));
+        abscissa = dot(direction, w);
+        gap = cross(direction, w);
+    }
+}
 
 /// The square of the distance of the segments [p1, q1] and [p2, q2], in single precision.
-/// \param between from the second segment's closest point to that of the first.
+///
+/// Kept for callers: of a second segment that is a point, it is that of the point and p1; a first one may be a point. Segments
+/// count as parallel when the square of the product of their lengths and the sine between is below 1e-6, as with very short
+/// ones; if these cross, it is more than 0.
+/// \param[out] between from the second segment's closest point to that of the first.
 BRVUTILS_API float squareDistanceSegmentToSegment(
     brv::Vector2& between, brv::Vector2 p1, brv::Vector2 q1, brv::Vector2 p2, brv::Vector2 q2);
 

@@ -22,6 +22,8 @@ BRVUTILS_API double angleWithVector(brv::Vector2 a, brv::Vector2 b);
 
 /// Turns a vector to the left, about the z axis.
 BRVUTILS_API void rotateZ(brv::Vector2& v, double angle);
+
+/// The same in space; z stays.
 BRVUTILS_API void rotateZ(brv::Vector3& v, double angle);
 
 /// Takes `v` apart into a part along the bisector of `u` and `v` and one across it. Both are meant to have length 1; opposite

@@ -21,7 +21,10 @@ public:
     /// The kind whose alias is found in the text (see fromString); none without one.
     VeloraType(const std::string& text);
 
+    /// Copies take the code.
     VeloraType(const VeloraType&) = default;
+
+    /// Takes the code.
     VeloraType& operator=(const VeloraType&) = default;
 
     /// Takes any code as it is, unlike the constructor: kept for callers.
@@ -36,7 +39,10 @@ public:
     /// Whether it is a kind: a code from 1 to 21.
     operator bool() const;
 
+    /// Whether the codes are the same.
     bool operator==(const VeloraType& other) const;
+
+    /// Whether it is this code.
     bool operator==(int code) const;
 
     /// The name for people. \throw std::out_of_range for a code without one.

@@ -8,7 +8,10 @@ namespace brv {
 /// then by heading about z, always about the axes of the frame that the pose is given in.
 struct Mark
 {
+    /// At the origin, not turned.
     constexpr Mark() = default;
+
+    /// All six, in the order in which they are stored.
     constexpr Mark(double xValue, double yValue, double zValue, double rollValue, double pitchValue, double headingValue)
         : x(xValue)
         , y(yValue)
@@ -19,21 +22,24 @@ struct Mark
     {
     }
 
+    /// The position alone.
     constexpr Vector3 position() const { return {x, y, z}; }
 
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
-    double roll = 0.0;
-    double pitch = 0.0;
-    double heading = 0.0;
+    double x = 0.0; ///< Metres.
+    double y = 0.0; ///< Metres.
+    double z = 0.0; ///< Metres.
+    double roll = 0.0; ///< Radians.
+    double pitch = 0.0; ///< Radians.
+    double heading = 0.0; ///< Radians.
 };
 
+/// Whether all six numbers are the same; the same pose may have other angles as well.
 constexpr bool operator==(const Mark& a, const Mark& b)
 {
     return a.x == b.x && a.y == b.y && a.z == b.z && a.roll == b.roll && a.pitch == b.pitch && a.heading == b.heading;
 }
 
+/// Whether any number differs.
 constexpr bool operator!=(const Mark& a, const Mark& b)
 {
     return !(a == b);

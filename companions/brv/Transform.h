@@ -20,6 +20,7 @@ public:
     /// angle, heading and roll turn about the same axis: whichever of the many pairs comes out, it is of this transform.
     Mark toMark() const;
 
+    /// Where the origin goes.
     Vector3 translation() const { return translation_; }
 
     /// Undoes this one.
