@@ -61,7 +61,7 @@ TEST(XmlValues, DoublesAreWhatTheTextBeginsWith)
     }
 }
 
-TEST(XmlValues, TruthIsAnIntegerOtherThanZero)
+TEST(XmlValues, TruthIsAnIntegerOtherThanZeroAndAVectorThreeNumbers)
 {
     for (const char* yes : {"1", "2", "-1", "5x"}) {
         EXPECT_TRUE(read<bool>(yes)) << yes;
@@ -69,10 +69,6 @@ TEST(XmlValues, TruthIsAnIntegerOtherThanZero)
     for (const char* no : {"0", "true", "yes", "", "0.5"}) {
         EXPECT_FALSE(read<bool>(no)) << no;
     }
-}
-
-TEST(XmlValues, VectorsAreThreeNumbersOrZero)
-{
     EXPECT_EQ(read<brv::Vector3>(" 1\n-2.5  3e2"), brv::Vector3(1.0, -2.5, 300.0));
     for (const char* none : {"", "1 2", "1, 2, 3"}) {
         EXPECT_EQ(read<brv::Vector3>(none), brv::Vector3()) << none;

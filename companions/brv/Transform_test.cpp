@@ -74,17 +74,6 @@ TEST_F(Transforms, BecomePosesInRangeOfTheSameTransform)
     }
 }
 
-TEST_F(Transforms, KeepTheirPoseWhereItsAnglesAreInRange)
-{
-    for (int i = 0; i < 100'000; ++i) {
-        const Mark pose(1.0, 2.0, 3.0, random(-3.14, 3.14), random(-1.57, 1.57), random(-3.14, 3.14));
-        const Mark back = Transform(pose).toMark();
-        ASSERT_NEAR(back.roll, pose.roll, 1e-12);
-        ASSERT_NEAR(back.pitch, pose.pitch, 1e-12);
-        ASSERT_NEAR(back.heading, pose.heading, 1e-12);
-    }
-}
-
 // Nose up or down heading and roll cannot be told apart.
 TEST_F(Transforms, AreConsistentWhereThePitchIsARightAngle)
 {
@@ -92,8 +81,8 @@ TEST_F(Transforms, AreConsistentWhereThePitchIsARightAngle)
         for (int i = 0; i < 2000; ++i) {
             const double pitch = (i % 2 == 0 ? 1.0 : -1.0) * (pi / 2 - off);
             const Transform transform(Mark(1.0, 2.0, 3.0, random(-10.0, 10.0), pitch, random(-10.0, 10.0)));
-            const Transform turned = Transform(randomPose()) * transform; // away from it, and to it again
-            for (const Transform& each : {transform, turned.inverse().inverse() * Transform(), turned * turned.inverse() * transform}) {
+            const Transform away(randomPose());
+            for (const Transform& each : {transform, away.inverse() * (away * transform)}) { // the latter is rounded
                 const Mark pose = each.toMark();
                 ASSERT_TRUE(std::isfinite(pose.roll) && std::isfinite(pose.pitch) && std::isfinite(pose.heading));
                 ASSERT_LT(apart(Transform(pose), each), 1e-12) << off;

@@ -13,7 +13,7 @@ struct ModuleType
 
 /// By code. The first alias found anywhere in a text decides, lower codes first: an alias must not be part of one of a higher
 /// code, or that one would never be found.
-inline const ModuleType moduleTypes[] = {
+inline constexpr ModuleType moduleTypes[] = {
     {"None", {}},
     {"Supervisor", {"supervis", "launcher"}},
     {"Daemon", {"daemon"}},
