@@ -148,6 +148,25 @@ TEST(MatDamage, ColumnsOfNoElementsAreEmpty)
     EXPECT_EQ(columns, 2U);
 }
 
+TEST(MatDamage, FunctionsAndObjectsDoNotHideWhatComesBehind)
+{
+    const std::string good = variable("a", MAT_C_DOUBLE, {1, 1}, element(MAT_T_DOUBLE, bytesOf<double>({1})));
+    const std::string text = variable("", MAT_C_CHAR, {1, 3}, element(MAT_T_UTF8, "sin"));
+    const std::string fields = bytesOf<std::uint16_t>({MAT_T_INT32, 4}) + bytesOf<std::int32_t>({8}) + element(MAT_T_INT8, std::string("handle\0\0", 8));
+    const std::string function = variable("", MAT_C_FUNCTION, {1, 1}, variable("", MAT_C_STRUCT, {1, 1}, fields + text));
+    const std::string object = variable("", MAT_C_OBJECT, {1, 1}, element(MAT_T_INT8, "class") + fields + text);
+    const std::string opaque = element(MAT_T_MATRIX, element(MAT_T_UINT32, bytesOf<std::uint32_t>({MAT_C_OPAQUE, 0}))
+            + element(MAT_T_INT8, "name") + element(MAT_T_INT8, "MCOS") + element(MAT_T_INT8, "string"));
+    const brvTesting::TemporaryFolder folder;
+    for (const std::string& kind : {function, object, opaque}) {
+        for (const std::string& before : {kind, variable("c", MAT_C_CELL, {2, 1}, kind + text)}) {
+            MatDataFile matrix;
+            ASSERT_TRUE(matrix.load(folder.write("kinds.mat", mat5(before + good)), {"a"}));
+            EXPECT_TRUE(matrix.exists("a")) << before;
+        }
+    }
+}
+
 TEST(MatDamage, CellsAndStructuresAreNoColumnsAndHarmNothing)
 {
     const brvTesting::TemporaryFolder folder;
@@ -163,6 +182,9 @@ TEST(MatDamage, CellsAndStructuresAreNoColumnsAndHarmNothing)
     ASSERT_TRUE(matrix.load(folder.write("cell.mat", mat5(cell + good)), {"a"}));
     EXPECT_TRUE(matrix.exists("a"));
     EXPECT_EQ(valuesIn(folder, mat5(good + deep + good)), 1U);
+    EXPECT_EQ(valuesIn(folder, mat5(good + variable("f", MAT_C_FUNCTION, {1, 1}, nested) + good)), 1U);
+    const std::string large = variable("", MAT_C_CELL, {30'000'000, 1}, inner);
+    EXPECT_EQ(valuesIn(folder, mat5(good + variable("f", MAT_C_FUNCTION, {1, 1}, large) + good)), 1U);
     MatDataFile other;
     EXPECT_THROW(other.load(folder.write("cell.mat", mat5(variable("c", MAT_C_CELL, {1, 1}, inner))), {}), std::out_of_range);
 }

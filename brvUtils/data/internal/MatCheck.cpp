@@ -60,16 +60,17 @@ public:
         std::uint64_t elements = 0;
         Tag name;
         if (kind == MAT_C_OPAQUE) {
-            return depth == 0 && tag(left, name); // all that matio looks at
+            return tag(left, name) && (depth == 0 || skip(left, left)); // matio looks at no more
         }
         if (!dimensions(left, elements) || !tag(left, name) || bytesOfType(name.type) != 1 || !pass(left, name)) {
             return false;
         }
         switch (kind) {
-        case MAT_C_CELL: return matrices(left, elements, depth) && skip(left, left);
+        case MAT_C_CELL: return matrices(left, elements, depth, 0) && skip(left, left);
         case MAT_C_STRUCT: return fields(left, elements, depth) && skip(left, left);
         case MAT_C_SPARSE: return sparse(left, (words[0] & MAT_F_COMPLEX) != 0) && skip(left, left);
-        case MAT_C_FUNCTION: return depth == 0;
+        case MAT_C_FUNCTION: return matrices(left, elements, depth, 1) && skip(left, left); // matio reads them as if on their own
+        case MAT_C_OBJECT: return depth == 0 || skip(left, left);
         default: break;
         }
         const bool isOfNumbers = kind == MAT_C_CHAR || (kind >= MAT_C_DOUBLE && kind <= MAT_C_UINT64);
@@ -177,17 +178,19 @@ private:
             return false;
         }
         const std::uint64_t count = names.size / length.content;
-        return (count == 0 || elements <= left / count) && matrices(left, elements * count, depth);
+        return (count == 0 || elements <= left / count) && matrices(left, elements * count, depth, 0);
     }
 
-    bool matrices(std::uint64_t& left, std::uint64_t count, int depth)
+    /// \param least size of each.
+    bool matrices(std::uint64_t& left, std::uint64_t count, int depth, std::uint32_t least)
     {
         if (depth >= deepestNesting || count > left / 8) {
             return false;
         }
         for (; count > 0; --count) {
             Tag read;
-            if (!tag(left, read) || read.isShort || read.type != MAT_T_MATRIX || (read.size > 0 && !isSound(read.size, depth + 1))) {
+            if (!tag(left, read) || read.isShort || read.type != MAT_T_MATRIX || read.size < least
+                || (read.size > 0 && !isSound(read.size, depth + 1))) {
                 return false;
             }
             left -= read.size;
