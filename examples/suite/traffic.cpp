@@ -51,8 +51,8 @@ public:
     std::string done() const override
     {
         char text[100];
-        std::snprintf(text, sizeof text, "%lld frames, %.1f s since the ego came, %d times", static_cast<long long>(model_.state().frame),
-            model_.state().time, beginnings_);
+        std::snprintf(text, sizeof text, "%lld frames, %.1f s since the ego came%s", static_cast<long long>(model_.state().frame),
+            model_.state().time, beginnings_ > 1 ? " again" : "");
         return text;
     }
 
