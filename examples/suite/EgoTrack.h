@@ -7,7 +7,8 @@
 
 namespace suite {
 
-/// Where the ego is, between what it tells and while it is silent. One thread at a time.
+/// Where the ego is, from what the vehicle tells. While this is silent, as after its death, the ego brakes to a stop: nobody
+/// can keep clear of one that stands from one moment to the next. One thread at a time.
 class EgoTrack
 {
 public:
@@ -24,22 +25,28 @@ public:
         const bool isNews = state.stamp != state_.stamp;
         const bool comes = isNews && (state_.stamp == 0 || lost_ || state.frame < state_.frame);
         state_ = state;
+        since_ = comes ? state.stamp : since_;
         const double age = static_cast<double>(std::max<std::int64_t>(0, now - state.stamp)) * 1e-9;
         lost_ = age > lostAfter;
-        ego_ = {state.distance + state.speed * speedFactor_ * std::min(age, trusted), age > trusted ? 0.0 : state.speed};
+        const double braked = std::min(age * speedFactor_, state.speed / braking);
+        ego_ = {state.distance + (state.speed - braking * braked / 2.0) * braked, state.speed - braking * braked};
         return comes;
     }
 
-    /// At the moment of the last look. One that has told nothing for a tenth of a second stands where it was then.
+    /// At the moment of the last look.
     const EgoOnRoad& ego() const { return ego_; }
 
+    /// When the ego came, see clockNow.
+    std::int64_t since() const { return since_; }
+
 private:
-    static constexpr double trusted = 0.1; // seconds
+    static constexpr double braking = 4.0; // m/s2
     static constexpr double lostAfter = 0.5; // seconds
 
     double speedFactor_;
     VehicleState state_;
     EgoOnRoad ego_;
+    std::int64_t since_ = 0;
     bool lost_ = false;
 };
 

@@ -20,7 +20,7 @@ struct SensorView
 {
     std::int64_t frame = 0; ///< Looks so far.
     std::int64_t stamp = 0; ///< When it was written, see clockNow; 0: never.
-    double ego[6] = {}; ///< The ego's pose.
+    double ego[6] = {}; ///< The ego's, see EgoTrack.
     double sensor[6] = {}; ///< The sensor's.
     TrafficState traffic; ///< The traffic that it looked at.
     SensorTarget targets[trafficCount]; ///< In the order of the traffic.

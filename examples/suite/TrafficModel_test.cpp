@@ -1,6 +1,7 @@
 #include "TrafficModel.h"
 
 #include "CycleFile.h"
+#include "EgoTrack.h"
 #include "VehicleSimulation.h"
 #include "testing/ThisProgram.h"
 
@@ -88,19 +89,43 @@ TEST(TrafficModel, nobodyTouchesAnotherInTenMinutesAroundAnEgoOnItsCycle)
     EXPECT_NEAR(driven[4], 600.0 * 7.0, 10.0) << "alone in its lane";
 }
 
-TEST(TrafficModel, anEgoThatStopsAtOnceIsNotRunInto)
+TEST(TrafficModel, anEgoWhoseVehicleIsKilledIsNotRunInto)
 {
-    TrafficModel model(road, plans);
-    model.begin(100.0);
-    double place = 100.0;
-    for (int frame = 0; frame < 6'000; ++frame) {
-        const double speed = frame < 3'000 ? 13.9 : 0.0; // as somebody who was killed
-        place += speed * TrafficModel::frameLength;
-        model.step({place, speed});
-        ASSERT_GT(leastGap(model.state(), place), 0.5) << "at " << model.state().time << " s";
+    for (const double speedFactor : {1.0, 20.0}) {
+        for (const double speed : {4.0, 13.9, 30.0}) {
+            TrafficPlans fast = plans;
+            fast[0].speed = fast[1].speed = speed + 3.0;
+            TrafficModel model(road, fast);
+            EgoTrack track(speedFactor);
+            VehicleState told;
+            told.stamp = 1;
+            told.speed = speed;
+            for (int frame = 0; frame < 20'000; ++frame) {
+                const double time = frame * TrafficModel::frameLength / speedFactor;
+                const auto now = 1 + static_cast<std::int64_t>(time * 1e9);
+                if (frame < 15'000) {
+                    told.frame = frame;
+                    told.stamp = now;
+                    told.distance = speed * frame * TrafficModel::frameLength;
+                }
+                if (track.look(told, now)) {
+                    ASSERT_EQ(frame, 0);
+                    model.begin(track.ego().place);
+                }
+                model.step(track.ego());
+                ASSERT_GT(leastGap(model.state(), track.ego().place), 0.5) << "at " << time << " s, " << speed << " m/s";
+            }
+            EXPECT_EQ(track.ego().speed, 0.0);
+            EXPECT_NEAR(track.ego().place - told.distance, speed * speed / 8.0, 1e-6) << "braked";
+            EXPECT_LT(leastGap(model.state(), track.ego().place), 6.0) << "one has closed up";
+            EXPECT_EQ(std::min(model.state().vehicles[0].speed, model.state().vehicles[1].speed), 0.0);
+
+            told.stamp = 1 + static_cast<std::int64_t>(1e12);
+            told.frame = 0;
+            EXPECT_TRUE(track.look(told, told.stamp)) << "started again";
+            EXPECT_EQ(track.since(), told.stamp);
+        }
     }
-    EXPECT_LT(leastGap(model.state(), place), 6.0) << "one has closed up";
-    EXPECT_EQ(std::min(model.state().vehicles[0].speed, model.state().vehicles[1].speed), 0.0);
 }
 
 TEST(TrafficModel, whoIsSlowInFrontOfTheEgoDrivesOnWhenItComes)

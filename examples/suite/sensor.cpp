@@ -1,4 +1,5 @@
 /// A sensor on the roof of the ego vehicle: gives the traffic in its own frame, to others in shared memory.
+#include "EgoTrack.h"
 #include "SceneConfiguration.h"
 #include "SensorShm.h"
 #include "TrafficShm.h"
@@ -23,8 +24,9 @@ public:
     {
     }
 
-    std::string begin(const VehicleRun&) override
+    std::string begin(const VehicleRun& run) override
     {
+        track_ = EgoTrack(run.speedFactor);
         char text[100];
         std::snprintf(text, sizeof text, "on the roof, sees %g m far and %g degrees wide", model_.mounting().range,
             model_.mounting().fieldOfView * toDegrees);
@@ -35,10 +37,11 @@ public:
     {
         TrafficState traffic;
         traffic_.look(traffic);
-        if (traffic.stamp == 0) {
-            return; // there is none so far
+        track_.look(vehicle, clockNow());
+        if (traffic.stamp < track_.since()) {
+            return; // it has told nothing so far, or what it told was around the ego before this one
         }
-        SensorView view = model_.look(road_.poseAt(vehicle.distance, 0), traffic);
+        SensorView view = model_.look(road_.poseAt(track_.ego().place, 0), traffic);
         view.stamp = clockNow();
         // Whoever died while it looked makes one telling fail: the next one comes soon.
         shm_.tell(view);
@@ -52,6 +55,7 @@ public:
 private:
     ClosedRoad road_;
     SensorModel model_;
+    EgoTrack track_{1.0};
     TrafficShm traffic_;
     SensorShm shm_;
     std::int64_t looks_ = 0;
