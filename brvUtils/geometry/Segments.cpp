@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace brvUtils {
 
@@ -20,22 +22,16 @@ constexpr bool rejected(double side0, double side1)
     return (side0 > 0.0) == (side1 > 0.0);
 }
 
-/// A fraction whose bounds are 0 and 1.
-struct Fraction
+/// As `condition ? a : b`, but never by a branch.
+float choose(bool condition, float a, float b)
 {
-    float numerator;
-    float denominator;
-
-    float value() const { return std::fabs(numerator) < tolerance ? 0.0f : numerator / denominator; }
-};
-
-/// The place on a segment of squared length `a`, kept within it.
-Fraction clamped(float numerator, float a, float denominator)
-{
-    if (numerator < 0.0f) {
-        return {0.0f, denominator};
-    }
-    return numerator > a ? Fraction{denominator, denominator} : Fraction{numerator, a};
+    std::uint32_t bitsOfA, bitsOfB;
+    std::memcpy(&bitsOfA, &a, sizeof a);
+    std::memcpy(&bitsOfB, &b, sizeof b);
+    const std::uint32_t mask = std::uint32_t(0) - condition;
+    const std::uint32_t bits = (bitsOfA & mask) | (bitsOfB & ~mask);
+    std::memcpy(&a, &bits, sizeof a);
+    return a;
 }
 
 } // namespace
@@ -52,52 +48,42 @@ float squareDistanceSegmentToSegment(brv::Vector2& between, brv::Vector2 p1, brv
     const auto f = static_cast<float>(dot(d2, r));
     const float det = a * e - b * b;
 
-    // Where the lines are closest, on the first one within the segment.
-    Fraction s{0.0f, 1.0f};
-    Fraction t{f, e};
-    if (!(det < tolerance)) { // not parallel
-        s = {b * f - c * e, det};
-        t = {a * f - b * c, det};
-        if (s.numerator < 0.0f) {
-            s.numerator = 0.0f;
-            t = {f, e};
-        } else if (s.numerator > det) {
-            s.numerator = det;
-            t = {f + b, e};
-        }
-    }
-    // On the second one, too; the first one follows.
-    if (t.numerator < 0.0f) {
-        t.numerator = 0.0f;
-        s = clamped(-c, a, s.denominator);
-    } else if (t.numerator > t.denominator) {
-        t.numerator = t.denominator;
-        s = clamped(b - c, a, s.denominator);
-    }
-    between = (p1 + static_cast<double>(s.value()) * d1) - (p2 + static_cast<double>(t.value()) * d2);
+    // Which case it is cannot be foretold, so that all are computed. Where the lines are closest, kept within the first
+    // segment, which leaves the place on the second one:
+    const bool parallel = det < tolerance;
+    const float sFree = choose(parallel, 0.0f, b * f - c * e);
+    const bool before = parallel | (sFree < 0.0f);
+    const bool behind = !parallel & (sFree > det);
+    const float tNumerator = choose(before | behind, choose(behind, f + b, f), a * f - b * c);
+    const float tDenominator = choose(before | behind, e, det);
+    // Kept within the second one, too; then the first one follows.
+    const bool above = tNumerator > tDenominator;
+    const bool follows = (tNumerator < 0.0f) | above;
+    const float sNumerator = choose(follows, choose(above, b, 0.0f) - c, sFree);
+    const float sDenominator = choose(follows, a, det);
+    const bool atEnd = (sNumerator > sDenominator) & (follows | !parallel);
+    const float tWithin = std::min(tNumerator, tDenominator);
+    const float s = choose(atEnd, 1.0f, choose(sNumerator < tolerance, 0.0f, sNumerator / sDenominator));
+    const float t = choose(tWithin < tolerance, 0.0f, tWithin / tDenominator);
+    between = (p1 + static_cast<double>(s) * d1) - (p2 + static_cast<double>(t) * d2);
     return static_cast<float>(dot(between, between));
 }
 
 bool intersectionOfSegmentsParametricCoords(
     brv::Vector2& result, brv::Vector2 a0, brv::Vector2 b0, brv::Vector2 a1, brv::Vector2 b1, double& sA, double& sB)
 {
-    if (!overlap(a0.x, a1.x, b0.x, b1.x) || !overlap(a0.y, a1.y, b0.y, b1.y)) {
-        return false;
-    }
+    // All sides at once: which segments cross cannot be foretold either, and those that do pass the rest.
     const brv::Vector2 alongA = a1 - a0;
+    const brv::Vector2 alongB = b1 - b0;
     const double dB0 = cross(b0 - a0, alongA);
     const double dB1 = cross(b1 - a0, alongA);
-    if (rejected(dB0, dB1)) {
-        return false;
-    }
-    const brv::Vector2 alongB = b1 - b0;
     const double dA0 = cross(a0 - b0, alongB);
     const double dA1 = cross(a1 - b0, alongB);
-    if (rejected(dA0, dA1)) {
+    if (rejected(dB0, dB1) | rejected(dA0, dA1)) {
         return false;
     }
     const double den = dB0 - dB1;
-    if (std::fabs(den) < tolerance) {
+    if (std::fabs(den) < tolerance || !overlap(a0.x, a1.x, b0.x, b1.x) || !overlap(a0.y, a1.y, b0.y, b1.y)) {
         return false;
     }
     sA = -dA0 / den;
