@@ -105,7 +105,7 @@ int run(const std::string& me, const Options& options)
     if (missing > 0) {
         complain(me, std::to_string(missing) + " rows could not be written to " + file);
     }
-    return ending == Ending::vehicleSilent ? 1 : 0;
+    return ending == Ending::vehicleSilent || missing > 0 ? 1 : 0;
 }
 
 } // namespace

@@ -60,6 +60,7 @@ set key at screen 0.64,0.205 top left Left reverse samplen 1.5 spacing 1.4
 # The road. What a vehicle drove during the last two seconds of its own time is a line behind it.
 wide = straight / 2 + radius - rightEdge + 0.35 * range
 high = radius - rightEdge + 0.35 * range
+wide = maximum(wide, 1.9 * high) # as wide as the panel
 scale = maximum(1.0, wide / 190)
 away = wide / 17
 isTail = 0; lastX = 0; lastY = 0
@@ -80,7 +81,7 @@ do for [i = 1:count] { # on the right-hand side of the road
 plot sample [s = 0:2 * half] '+' using (roadX($1, rightEdge)):(roadY($1, rightEdge)) with filledcurves closed fc rgb asphalt notitle, \
     [s = 0:2 * half] '+' using (roadX($1, leftEdge)):(roadY($1, leftEdge)) with filledcurves closed fc rgb 'white' notitle, \
     for [lane = rightmost:leftmost - 1] [s = 0:2 * half] '+' using (roadX($1, (lane + 0.5) * laneWidth)):(roadY($1, (lane + 0.5) * laneWidth)) \
-        with lines lw 1 dt (8,8) lc rgb 'white' notitle, \
+        with lines lw (scale > 1 ? 0.5 : 1) dt (8,8) lc rgb 'white' notitle, \
     [p = -0.01:1.01] '+' using (beamX($1, sensorX, sensorH)):(beamY($1, sensorY, sensorH)) with filledcurves closed \
         fc rgb beam fs transparent solid 0.35 noborder notitle, \
     recording using (column('ego x m')):(tail(column('ego x m'), column('ego y m'))) with lines lw 1.5 lc rgb ego notitle, \
@@ -96,7 +97,7 @@ plot sample [s = 0:2 * half] '+' using (roadX($1, rightEdge)):(roadY($1, rightEd
 
 # The frame of the sensor.
 unset label
-reach = 1.05 * range
+reach = 1.08 * range
 aside = 1.08 * maximum(range * (view < pi ? sin(view / 2) : 1), 20)
 back = (view < pi ? -0.2 * range : -reach)
 scale = maximum(1.0, reach / 130)
@@ -104,14 +105,14 @@ set rmargin at screen 0.60
 set tmargin at screen 0.455
 set bmargin at screen 0.085
 set xlabel 'ahead of the sensor [m]'
-set ylabel 'to its left [m]' offset 0.4,0
+set ylabel 'to its left [m]' offset 1,0
 set xrange [back:reach]
 set yrange [-aside:aside]
 set key off
 set label 1 'vehicle' at screen 0.69,0.42 center tc rgb '#333333'
 set label 2 'distance' at screen 0.825,0.42 right tc rgb '#333333'
 set label 3 'to the left' at screen 0.94,0.42 right tc rgb '#333333'
-inPanel(i) = (AHEAD[i] > 0.9 * back && AHEAD[i] < reach && abs(LEFT[i]) < aside)
+inPanel(i) = (AHEAD[i] > 0.9 * back && AHEAD[i] < 0.97 * reach && abs(LEFT[i]) < aside)
 inSensorX(x, y) = x * cos(sensorH) + y * sin(sensorH)
 inSensorY(x, y) = y * cos(sensorH) - x * sin(sensorH)
 do for [i = 1:count] {

@@ -1,5 +1,6 @@
 // What the writer of tables does without room, which this system can be asked for.
 #include "../CsvWriter.h"
+#include "../Modules_test.h"
 
 #include "testing/TemporaryFolder.h"
 
@@ -38,7 +39,7 @@ private:
 
 } // namespace
 
-TEST(FullDisk, rowsWaitForRoomAndTheFileHoldsWholeOnes)
+TEST(CsvWritingOnAFullDisk, rowsWaitForRoomAndTheFileHoldsWholeOnes)
 {
     const brvTesting::TemporaryFolder folder;
     std::string expected = "row,speed m/s\n";
@@ -69,7 +70,7 @@ TEST(FullDisk, rowsWaitForRoomAndTheFileHoldsWholeOnes)
     EXPECT_EQ(folder.read("run.csv"), expected);
 }
 
-TEST(FullDisk, rowsAreLostWhenTooManyWait)
+TEST(CsvWritingOnAFullDisk, rowsAreLostWhenTooManyWait)
 {
     CsvWriter writer("/dev/full", names, std::chrono::hours(1));
     EXPECT_EQ(writer.fault(), "No space left on device");
@@ -79,4 +80,14 @@ TEST(FullDisk, rowsAreLostWhenTooManyWait)
     EXPECT_FALSE(writer.write());
     EXPECT_GT(writer.lost(), 0u);
     EXPECT_EQ(writer.waiting() + writer.lost(), 200'000u);
+}
+
+using FullDisk = Modules;
+
+TEST_F(FullDisk, aRecorderThatLosesRowsSaysSoAndHasFailed)
+{
+    ChildProcess vehicle = start("vehicle", {"-seconds", "1"});
+    ChildProcess recorder = start("recorder", {"-file", "/dev/full", "-wait", "100", "-silence", "100"});
+    EXPECT_EQ(recorder.wait(deadline), failure);
+    EXPECT_THAT(recorder.errorOutput(), HasSubstr(" rows could not be written to /dev/full"));
 }
