@@ -60,7 +60,7 @@ Contender contender(const char* who, Work work)
 /// Ours is the first.
 BenchmarkRow row(const std::string& what, const std::vector<Contender>& contenders)
 {
-    const std::vector<double> times = medianPerIteration(contenders, {101, std::chrono::milliseconds(4)});
+    const std::vector<double> times = medianPerIteration(contenders, {401, std::chrono::milliseconds(1)});
     BenchmarkRow result{what, "ns", times[0]};
     for (std::size_t i = 1; i < times.size(); ++i) {
         result.peers.emplace_back(contenders[i].name, times[i]);
@@ -165,9 +165,10 @@ BenchmarkRow projectionRow(const std::vector<Points>& points)
     return row("abscissaAndGap", {contender("ours", ours), contender(inlined, eigen), contender(asCall, eigenCalled)});
 }
 
+/// As of a vehicle: in any direction, and nearly upright.
 EigenPose randomPose()
 {
-    return {{random(-100.0, 100.0), random(-100.0, 100.0), random(-5.0, 5.0)}, {random(-3.1, 3.1), random(-1.5, 1.5), random(-3.1, 3.1)}};
+    return {{random(-100.0, 100.0), random(-100.0, 100.0), random(-5.0, 5.0)}, {random(-3.1, 3.1), random(-0.2, 0.2), random(-0.2, 0.2)}};
 }
 
 BenchmarkRow rotationRow(const std::vector<EigenPose>& poses)
