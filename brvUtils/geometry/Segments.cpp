@@ -34,6 +34,14 @@ float choose(bool condition, float a, float b)
     return a;
 }
 
+/// A place between 0 and 1, kept from going beyond; never divides by 0, for modules that let the processor trap that.
+float fraction(float numerator, float denominator)
+{
+    const float within = std::min(numerator, denominator);
+    const bool none = within < tolerance;
+    return choose(none, 0.0f, within) / choose(none, 1.0f, denominator);
+}
+
 } // namespace
 
 float squareDistanceSegmentToSegment(brv::Vector2& between, brv::Vector2 p1, brv::Vector2 q1, brv::Vector2 p2, brv::Vector2 q2)
@@ -62,9 +70,8 @@ float squareDistanceSegmentToSegment(brv::Vector2& between, brv::Vector2 p1, brv
     const float sNumerator = choose(follows, choose(above, b, 0.0f) - c, sFree);
     const float sDenominator = choose(follows, a, det);
     const bool atEnd = (sNumerator > sDenominator) & (follows | !parallel);
-    const float tWithin = std::min(tNumerator, tDenominator);
-    const float s = choose(atEnd, 1.0f, choose(sNumerator < tolerance, 0.0f, sNumerator / sDenominator));
-    const float t = choose(tWithin < tolerance, 0.0f, tWithin / tDenominator);
+    const float s = choose(atEnd, 1.0f, fraction(sNumerator, sDenominator));
+    const float t = fraction(tNumerator, tDenominator);
     between = (p1 + static_cast<double>(s) * d1) - (p2 + static_cast<double>(t) * d2);
     return static_cast<float>(dot(between, between));
 }
