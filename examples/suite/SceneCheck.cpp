@@ -129,14 +129,14 @@ std::optional<SceneCheck> checkScene(const DataMatrix& table)
     }
     SceneCheck check;
     check.closest = std::numeric_limits<double>::max();
-    std::size_t first = 0;
-    std::size_t last = 0;
+    double before = 0.0; // frame of the traffic
     for (std::size_t row = 0; row < table.getRowsCount(); ++row) {
         if (scene.frame[row] <= 0.0) {
             continue;
         }
-        first = check.rows++ == 0 ? row : first;
-        last = row;
+        const double frame = scene.trafficFrame[row];
+        check.trafficFrames += check.rows++ == 0 ? 0.0 : std::max(0.0, frame - before); // one that is started again begins at 0
+        before = frame;
         int inView = 0;
         for (const Vehicle& vehicle : scene.traffic) {
             check.largestError = std::max(check.largestError, errorOf(scene, vehicle, row));
@@ -148,7 +148,6 @@ std::optional<SceneCheck> checkScene(const DataMatrix& table)
     if (check.rows == 0) {
         return std::nullopt;
     }
-    check.trafficFrames = scene.trafficFrame[last] - scene.trafficFrame[first];
     return check;
 }
 

@@ -22,7 +22,8 @@ std::vector<double> numbers(const std::string& module, const std::string& name, 
     const std::string text = moduleSetting(module, name);
     const std::vector<float> found = brvUtils::Parsers::parseFloats(text);
     if (found.size() != count) {
-        throw brvUtils::ConfigurationError("\"" + name + "\" of the module \"" + module + "\" is " + std::to_string(count) + " numbers, not \"" + text + "\"");
+        throw brvUtils::ConfigurationError("\"" + name + "\" in the section \"" + module + "\" is to be " + std::to_string(count)
+            + (count == 1 ? " number" : " numbers") + ", not \"" + text + "\"");
     }
     return std::vector<double>(found.begin(), found.end());
 }

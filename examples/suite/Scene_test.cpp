@@ -10,9 +10,11 @@
 
 #include <brvUtils/data/DataMatrixFactory.h>
 
-#include <algorithm>
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <sstream>
+#include <thread>
 
 using namespace suite;
 
@@ -46,6 +48,24 @@ protected:
         return 0;
     }
 
+    /// Waits until the recording has so many rows more in which the sensor has told something, and the traffic something new.
+    bool awaitScene(const std::string& file, std::size_t rows)
+    {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(deadline);
+        std::size_t before = 0;
+        for (bool first = true; std::chrono::steady_clock::now() < limit; std::this_thread::sleep_for(std::chrono::milliseconds(50))) {
+            const bool exists = std::filesystem::exists(std::filesystem::u8path(file));
+            const std::optional<SceneCheck> check = exists ? checkScene(*load(file)) : std::nullopt;
+            if (check && first) {
+                before = check->rows;
+                first = false;
+            } else if (check && check->rows >= before + rows && check->trafficFrames > 0.0) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     brvTesting::TemporaryFolder folder_{"brv täst"};
 };
 
@@ -54,7 +74,8 @@ protected:
 TEST_F(Scene, trafficAndSensorGoOnWhenTheVehicleIsKilledAndAllAgreeInTheRecording)
 {
     std::filesystem::copy(programFolder() / "suite", folder_.path(), std::filesystem::copy_options::recursive);
-    ChildProcess supervisor = start("supervisor", {"-grace", "0", "-pause", "0.1"}, {{"STUDIO_PATH", folder_.file()}, {"SUITE_RUN", "run"}});
+    const Variables variables = {{"STUDIO_PATH", folder_.file()}, {"SUITE_RUN", "run"}};
+    ChildProcess supervisor = start("supervisor", {"-grace", "0", "-pause", "0.1"}, variables);
     lineWith(supervisor, "traffic: 5 vehicles at 20 x real time on a road of 1003 m");
     ASSERT_TRUE(killProcess(processOf(supervisor, "vehicle", "alive")));
     processOf(supervisor, "vehicle", "restart");
@@ -62,7 +83,8 @@ TEST_F(Scene, trafficAndSensorGoOnWhenTheVehicleIsKilledAndAllAgreeInTheRecordin
     ASSERT_TRUE(killProcess(processOf(supervisor, "sensor", "alive"))); // what is recorded comes from two of them
     processOf(supervisor, "sensor", "restart");
     processOf(supervisor, "sensor", "alive");
-    processOf(supervisor, "recorder", "alive"); // once in a second: there is something from the second one, too
+    const std::string file = "data/recordings/run.csv";
+    ASSERT_TRUE(awaitScene(folder_.file(file), 20));
     supervisor.kill();
     std::string rest;
     while (const auto line = supervisor.readLine(deadline)) {
@@ -70,12 +92,8 @@ TEST_F(Scene, trafficAndSensorGoOnWhenTheVehicleIsKilledAndAllAgreeInTheRecordin
     }
     EXPECT_FALSE(supervisor.outputOpen()) << "a process is left behind\n" << rest;
 
-    const auto table = load(folder_.file("data/recordings/run.csv"));
-    const std::optional<SceneCheck> check = checkScene(*table);
+    const std::optional<SceneCheck> check = checkScene(*load(folder_.file(file)));
     ASSERT_TRUE(check);
-    EXPECT_GT(check->rows, 10u);
-    EXPECT_LE(check->rows, table->getRowsCount());
-    EXPECT_GE(check->mostInView, 1);
     EXPECT_LT(check->largestError, 1e-6);
     EXPECT_GT(check->trafficFrames, 0.0) << "it was not started anew";
 }
@@ -93,7 +111,7 @@ TEST_F(Scene, mistakesAreExplained)
         const char* text;
     } mistakes[] = {
         {"radius = 80", "radius = 8", "traffic", "traffic: a road has straights, curves and lanes of some metres"},
-        {"radius = 80", "radius = wide", "sensor", "sensor: \"radius\" of the module \"road\" is 1 numbers, not \"wide\""},
+        {"radius = 80", "radius = wide", "sensor", "sensor: \"radius\" in the section \"road\" is to be 1 number, not \"wide\""},
         {"vehicle3 = 1 -30 62", "vehicle3 = 1 28 62", "traffic", "traffic: a vehicle of the traffic starts where another one or the ego does"},
         {"vehicle3 = 1 -30 62", "", "traffic", "has no \"vehicle3\" in the section \"traffic\""},
         {"range = 120", "range = 0", "sensor", "sensor: a sensor has a range above 0 m"},

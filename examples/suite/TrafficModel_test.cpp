@@ -22,7 +22,9 @@ constexpr TrafficPlans plans = {{{0, 40.0, 15.0}, {0, -60.0, 16.0}, {1, -30.0, 1
 double leastGap(const TrafficState& state, double egoPlace)
 {
     double least = road.length();
-    const auto look = [&](double a, double b) { least = std::min({least, road.ahead(a, b) - vehicleLength, road.ahead(b, a) - vehicleLength}); };
+    const auto look = [&](double a, double b) {
+        least = std::min({least, road.ahead(a, b) - vehicleLength, road.ahead(b, a) - vehicleLength});
+    };
     for (int a = 0; a < trafficCount; ++a) {
         for (int b = 0; b < a; ++b) {
             if (state.vehicles[a].lane == state.vehicles[b].lane) {

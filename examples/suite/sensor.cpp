@@ -46,11 +46,15 @@ public:
         // Whoever died while it looked makes one telling fail: the next one comes soon.
         shm_.tell(view);
         looks_ = view.frame;
-        const auto seen = std::count_if(view.targets, view.targets + trafficCount, [](const SensorTarget& target) { return target.inView != 0; });
+        const auto isSeen = [](const SensorTarget& target) { return target.inView != 0; };
+        const auto seen = std::count_if(view.targets, view.targets + trafficCount, isSeen);
         most_ = std::max(most_, static_cast<int>(seen));
     }
 
-    std::string done() const override { return std::to_string(looks_) + " looks, at most " + std::to_string(most_) + " vehicles in view"; }
+    std::string done() const override
+    {
+        return std::to_string(looks_) + " looks, at most " + std::to_string(most_) + " vehicles in view";
+    }
 
 private:
     ClosedRoad road_;

@@ -110,9 +110,10 @@ void showScene(const std::string& me, const DataMatrix& table)
     if (!scene) {
         return;
     }
-    std::printf("%s: traffic: %.0f frames; the two vehicles that came closest were %.1f m apart\n", me.c_str(), scene->trafficFrames, scene->closest);
-    std::printf("%s: sensor: told something in %zu rows, at most %d vehicles in view, off the positions in the world by at most %.3f mm\n",
-        me.c_str(), scene->rows, scene->mostInView, 1000.0 * scene->largestError);
+    std::printf("%s: traffic: %.0f frames; the two vehicles that came closest were %.1f m apart\n", me.c_str(), scene->trafficFrames,
+        scene->closest);
+    std::printf("%s: sensor: told something in %zu rows, at most %d vehicles in view, ", me.c_str(), scene->rows, scene->mostInView);
+    std::printf("off the positions in the world by at most %.3f mm\n", 1000.0 * scene->largestError);
     std::fflush(stdout);
 }
 

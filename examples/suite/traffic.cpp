@@ -29,8 +29,9 @@ public:
         track_ = EgoTrack(run.speedFactor);
         char text[200];
         const ClosedRoad& road = model_.road();
-        std::snprintf(text, sizeof text, "%d vehicles at %g x real time on a road of %.0f m: straights of %g m, curves of radius %g m, lanes of %g m",
-            trafficCount, run.speedFactor, road.length(), road.straight(), road.radius(), road.laneWidth());
+        std::snprintf(text, sizeof text,
+            "%d vehicles at %g x real time on a road of %.0f m: straights of %g m, curves of radius %g m, lanes of %g m", trafficCount,
+            run.speedFactor, road.length(), road.straight(), road.radius(), road.laneWidth());
         return text;
     }
 

@@ -86,8 +86,9 @@ using FullDisk = Modules;
 
 TEST_F(FullDisk, aRecorderThatLosesRowsSaysSoAndHasFailed)
 {
-    ChildProcess vehicle = start("vehicle", {"-seconds", "1"});
     ChildProcess recorder = start("recorder", {"-file", "/dev/full", "-wait", "100", "-silence", "100"});
+    lineWith(recorder, "recorder: waiting at most");
+    ChildProcess vehicle = start("vehicle", {"-seconds", "1"});
     EXPECT_EQ(recorder.wait(deadline), failure);
     EXPECT_THAT(recorder.errorOutput(), HasSubstr(" rows could not be written to /dev/full"));
 }
