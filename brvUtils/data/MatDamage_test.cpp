@@ -129,6 +129,8 @@ TEST(MatDamage, AVariableThatClaimsTooMuchEndsTheFile)
         variable("b", MAT_C_DOUBLE | MAT_F_COMPLEX, {3, 1}, values), // without an imaginary part
         variable("b", MAT_C_DOUBLE, {3, 1}, bytesOf<std::uint32_t>({MAT_T_DOUBLE, 0x7FFFFFFF})),
         variable(std::string(100, 'b'), MAT_C_DOUBLE, {3, 1}, "").replace(44, 4, "\xFF\xFF\xFF\x7F"), // its name
+        element(MAT_T_MATRIX, element(MAT_T_UINT32, bytesOf<std::uint32_t>({MAT_C_OPAQUE, 0})) + element(MAT_T_INT8, "")
+                + bytesOf<std::uint32_t>({MAT_T_INT8, 200'000'000})),
         element(MAT_T_MATRIX, ""),
         element(MAT_T_COMPRESSED, "no deflated data"),
         bytesOf<std::uint32_t>({MAT_T_MATRIX, 0xFFFFFFFF}),

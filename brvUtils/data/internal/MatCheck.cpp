@@ -60,7 +60,7 @@ public:
         std::uint64_t elements = 0;
         Tag name;
         if (kind == MAT_C_OPAQUE) {
-            return tag(left, name) && (depth == 0 || skip(left, left)); // matio looks at no more
+            return opaque(left) && (depth == 0 || skip(left, left));
         }
         if (!dimensions(left, elements) || !tag(left, name) || bytesOfType(name.type) != 1 || !pass(left, name)) {
             return false;
@@ -155,6 +155,15 @@ private:
             }
         }
         return true;
+    }
+
+    /// It has a name where others have dimensions. These matio looks for, and then takes the eight bytes behind the tag, be it
+    /// the name or what follows, for the tag of one.
+    bool opaque(std::uint64_t& left)
+    {
+        Tag name;
+        std::uint32_t words[2];
+        return tag(left, name) && name.type == MAT_T_INT8 && numbers(left, words, 2) && (words[0] != MAT_T_INT8 || words[1] <= left);
     }
 
     bool sparse(std::uint64_t& left, bool isComplex)
