@@ -61,7 +61,7 @@ set key at screen 0.64,0.205 top left Left reverse samplen 1.5 spacing 1.4
 wide = straight / 2 + radius - rightEdge + 0.35 * range
 high = radius - rightEdge + 0.35 * range
 wide = maximum(wide, 1.9 * high) # as wide as the panel
-scale = maximum(1.0, wide / 190)
+scale = maximum(1.0, wide / 250)
 away = wide / 17
 isTail = 0; lastX = 0; lastY = 0
 tail(x, y) = (isTail = column('row') <= row && column('traffic frame') > frame - 100 && column('traffic frame') <= frame \
@@ -81,7 +81,7 @@ do for [i = 1:count] { # on the right-hand side of the road
 plot sample [s = 0:2 * half] '+' using (roadX($1, rightEdge)):(roadY($1, rightEdge)) with filledcurves closed fc rgb asphalt notitle, \
     [s = 0:2 * half] '+' using (roadX($1, leftEdge)):(roadY($1, leftEdge)) with filledcurves closed fc rgb 'white' notitle, \
     for [lane = rightmost:leftmost - 1] [s = 0:2 * half] '+' using (roadX($1, (lane + 0.5) * laneWidth)):(roadY($1, (lane + 0.5) * laneWidth)) \
-        with lines lw (scale > 1 ? 0.5 : 1) dt (8,8) lc rgb 'white' notitle, \
+        with lines lw (scale > 1.5 ? 0.5 : 1) dt (8,8) lc rgb 'white' notitle, \
     [p = -0.01:1.01] '+' using (beamX($1, sensorX, sensorH)):(beamY($1, sensorY, sensorH)) with filledcurves closed \
         fc rgb beam fs transparent solid 0.35 noborder notitle, \
     recording using (column('ego x m')):(tail(column('ego x m'), column('ego y m'))) with lines lw 1.5 lc rgb ego notitle, \
