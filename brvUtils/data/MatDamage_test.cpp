@@ -140,6 +140,23 @@ TEST(MatDamage, AVariableThatClaimsTooMuchEndsTheFile)
     }
 }
 
+TEST(MatDamage, OldestFilesMayBeOfAnyByteOrderButNotOfTwo)
+{
+    const brvTesting::TemporaryFolder folder;
+    const auto file = [](std::uint32_t type, const std::string& values) {
+        std::string words;
+        for (const std::uint32_t word : {type, 1U, 1U, 0U, 2U}) { // whose high bytes come first
+            words += {static_cast<char>(word >> 24), static_cast<char>(word >> 16), static_cast<char>(word >> 8), static_cast<char>(word)};
+        }
+        return words + std::string("a\0", 2) + values;
+    };
+    const std::string one("\x3F\xF0\0\0\0\0\0\0", 8);
+    MatDataFile matrix;
+    ASSERT_TRUE(matrix.load(folder.write("big.mat", file(1000, one)), {}));
+    EXPECT_EQ(matrix["a"]->getDoubleData()[0], 1.0);
+    EXPECT_THROW(matrix.load(folder.write("both.mat", file(2, one)), {}), std::out_of_range);
+}
+
 TEST(MatDamage, ColumnsOfNoElementsAreEmpty)
 {
     const brvTesting::TemporaryFolder folder;

@@ -263,15 +263,17 @@ std::size_t soundMat4Variables(const os::InputFile& file)
         if (!bytes.read(words, sizeof words)) {
             return sound;
         }
-        if (words[0] > highestType) {
+        const bool isSwapped = words[0] > highestType;
+        if (isSwapped) {
             for (std::uint32_t& word : words) {
                 word = swapped(word);
             }
         }
+        const bool saysSwapped = words[0] / 1000 == 1; // which matio heeds in the words behind, whatever it made of this one
         const std::uint32_t precision = words[0] / 10 % 10;
         offset += sizeof words;
         const std::uint64_t left = file.size() - offset;
-        if (words[0] > highestType || precision > 5 || words[0] % 10 > 2 || words[4] == 0 || words[4] > left || words[3] > 1) {
+        if (words[0] >= 2000 || isSwapped != saysSwapped || precision > 5 || words[0] % 10 > 2 || words[4] == 0 || words[4] > left || words[3] > 1) {
             return sound;
         }
         const std::uint64_t elements = static_cast<std::uint64_t>(words[1]) * words[2];
