@@ -60,6 +60,10 @@ set key at screen 0.64,0.205 top left Left reverse samplen 1.5 spacing 1.4
 # The road. What a vehicle drove during the last two seconds of its own time is a line behind it.
 wide = straight / 2 + radius - rightEdge + 0.35 * range
 high = radius - rightEdge + 0.35 * range
+do for [k = 0:100] { # all of what the sensor sees
+    wide = maximum(wide, 1.03 * abs(beamX(k / 100.0, sensorX, sensorH)))
+    high = maximum(high, 1.03 * abs(beamY(k / 100.0, sensorY, sensorH)))
+}
 wide = maximum(wide, 1.9 * high) # as wide as the panel
 scale = maximum(1.0, wide / 250)
 away = wide / 17
