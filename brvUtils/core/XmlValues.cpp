@@ -1,6 +1,7 @@
 #include "brvUtils/core/XmlValues.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdlib>
 #include <fast_float/fast_float.h>
@@ -34,7 +35,9 @@ double leadingDouble(const std::string& text)
     p += negative || (p != end && *p == '+');
     double magnitude = 0.0;
     if (end - p > 2 && p[0] == '0' && (p[1] == 'x' || p[1] == 'X')) {
-        std::from_chars(p + 2, end, magnitude, std::chars_format::hex);
+        if (p[2] == '.' || std::isxdigit(static_cast<unsigned char>(p[2])) != 0) { // no sign, "inf" or "nan" behind the prefix
+            std::from_chars(p + 2, end, magnitude, std::chars_format::hex);
+        }
     } else if (p != end && *p != '-') { // no second sign
         fast_float::from_chars(p, end, magnitude);
     }

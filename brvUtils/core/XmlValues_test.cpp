@@ -56,7 +56,7 @@ TEST(XmlValues, DoublesAreWhatTheTextBeginsWith)
     EXPECT_EQ(read<double>("1e-999"), 0.0);
     EXPECT_EQ(read<double>("-Infinity"), -std::numeric_limits<double>::infinity());
     EXPECT_TRUE(std::isnan(read<double>("nan")));
-    for (const char* none : {"", "abc", "--1", "+-1", "0x", "-", ",5"}) {
+    for (const char* none : {"", "abc", "--1", "+-1", "0x", "0x-5", "0xinf", "-", ",5"}) {
         EXPECT_EQ(read<double>(none), 0.0) << none;
     }
 }
