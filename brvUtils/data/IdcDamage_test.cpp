@@ -78,6 +78,9 @@ TEST(IdcDamage, WrongHeadersCostNoMoreThanTheirBlocks)
         large.size = size;
         more.add(ego(6), large);
         EXPECT_EQ(Loaded(more.bytes()).rows(), 3u) << "more than the file holds: it ends before this block";
+        more.add(ego(7));
+        const Loaded loaded(more.bytes());
+        EXPECT_EQ(loaded.rows(), 4u) << "one of the two, as others follow";
     }
 }
 

@@ -30,7 +30,9 @@ IdcBlocks::Found IdcBlocks::next()
         }
         skipped_ += end_ - at_;
         at_ = end_;
-        tellSkipped();
+        if (!cut_) {
+            tellSkipped();
+        }
         return Found::end;
     }
     tellSkipped();
@@ -41,11 +43,16 @@ IdcBlocks::Found IdcBlocks::next()
     const unsigned char* const header = window_.data() + at_;
     const std::uint32_t size = boost::endian::load_big_u32(header + 8);
     type_ = boost::endian::load_big_u16(header + 14);
-    at_ += headerSize;
-    if (size > file_.size() - std::min(done(), file_.size())) {
-        pass(file_.size());
-        return Found::end;
+    const std::uint64_t behind = done() + headerSize;
+    if (size > file_.size() - std::min(behind, file_.size())) {
+        // The file is cut here, unless the size is wrong and other blocks follow.
+        at_ += sizeof magic;
+        skipped_ += sizeof magic;
+        cut_ = true;
+        return Found::nothingYet;
     }
+    cut_ = false;
+    at_ += headerSize;
     payload_ = size;
     return Found::block;
 }

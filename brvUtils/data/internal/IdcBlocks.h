@@ -26,7 +26,8 @@ public:
     /// \param file open, and so longer than this object. \param window bytes, of which fewer than a take and a half are not of use.
     explicit IdcBlocks(const os::InputFile& file, std::size_t window = 256 * 1024);
 
-    /// Goes to the next block, behind the payload of the last one. A block of which the file holds only a part is the end.
+    /// Goes to the next block, behind the payload of the last one. One that claims more than the file holds is searched for
+    /// others that follow; without any the file was cut there, and that is its end.
     Found next();
 
     /// The data type of the block.
@@ -67,6 +68,7 @@ private:
     std::uint64_t windowEnd_ = 0; ///< The same place in the file.
     std::uint64_t payload_ = 0; ///< How much of it is left.
     std::uint64_t skipped_ = 0; ///< Bytes that are no block, since the last one.
+    bool cut_ = false; ///< The last header claimed more than the file holds.
     std::uint16_t type_ = 0;
 };
 
