@@ -29,12 +29,18 @@ public:
         const double age = static_cast<double>(std::max<std::int64_t>(0, now - state.stamp)) * 1e-9;
         lost_ = age > lostAfter;
         const double braked = std::min(age * speedFactor_, state.speed / braking);
+        const double before = ego_.place;
         ego_ = {state.distance + (state.speed - braking * braked / 2.0) * braked, state.speed - braking * braked};
+        before_ = comes ? ego_.place : before;
         return comes;
     }
 
     /// At the moment of the last look.
     const EgoOnRoad& ego() const { return ego_; }
+
+    /// On its way there: 0 is its place at the look before, 1 that at the last one. At many times real time the two are far
+    /// apart, and one who only showed up at both would jump over others.
+    EgoOnRoad onItsWay(double share) const { return {before_ + share * (ego_.place - before_), ego_.speed}; }
 
     /// When the ego came, see clockNow.
     std::int64_t since() const { return since_; }
@@ -46,6 +52,7 @@ private:
     double speedFactor_;
     VehicleState state_;
     EgoOnRoad ego_;
+    double before_ = 0.0; ///< Its place at the look before, m.
     std::int64_t since_ = 0;
     bool lost_ = false;
 };

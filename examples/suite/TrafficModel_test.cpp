@@ -130,6 +130,30 @@ TEST(TrafficModel, anEgoWhoseVehicleIsKilledIsNotRunInto)
     }
 }
 
+TEST(TrafficModel, anEgoThatIsSeldomSeenDoesNotJumpOverAnybody)
+{
+    TrafficModel model(road, plans);
+    EgoTrack track(1000.0);
+    VehicleState told;
+    told.speed = 9.0;
+    for (int beat = 0; beat < 200; ++beat) {
+        constexpr int frames = 500;
+        told.frame = beat;
+        told.stamp = 1 + beat * 10'000'000ll;
+        told.distance = told.speed * beat * frames * TrafficModel::frameLength;
+        if (track.look(told, told.stamp)) {
+            model.begin(track.ego().place);
+            continue; // it has not driven yet
+        }
+        for (int frame = 1; frame <= frames; ++frame) {
+            const EgoOnRoad ego = track.onItsWay(static_cast<double>(frame) / frames);
+            model.step(ego);
+            ASSERT_GT(leastGap(model.state(), ego.place), 0.5) << "in beat " << beat;
+        }
+        ASSERT_NEAR(track.onItsWay(1.0).place, told.distance, 1e-6);
+    }
+}
+
 TEST(TrafficModel, whoIsSlowInFrontOfTheEgoDrivesOnWhenItComes)
 {
     TrafficPlans slow = plans;

@@ -7,6 +7,7 @@
 #include <brvUtils/time/FrameTimer.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 
 namespace {
@@ -63,14 +64,16 @@ private:
     /// Does the frames that are due, but not for long: what a computer is too slow for it leaves out.
     void catchUp()
     {
-        const double due = timer_.getCurrentTime() * speedFactor_ / TrafficModel::frameLength;
+        const double due = std::floor(timer_.getCurrentTime() * speedFactor_ / TrafficModel::frameLength);
+        const double first = frames_;
         const Clock::time_point limit = Clock::now() + std::chrono::milliseconds(50);
-        for (; frames_ + 1.0 <= due; ++frames_) {
+        while (frames_ < due) {
             if (Clock::now() >= limit) {
                 frames_ = due;
                 return;
             }
-            model_.step(track_.ego());
+            ++frames_;
+            model_.step(track_.onItsWay((frames_ - first) / (due - first)));
         }
     }
 
