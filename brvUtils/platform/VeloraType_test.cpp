@@ -38,6 +38,8 @@ TEST(VeloraType, IsFoundInTexts)
 {
     EXPECT_EQ(VeloraType("Radar SENSOR no. 3"), VeloraType(5));
     EXPECT_EQ(VeloraType("sensor of the traffic"), VeloraType(4)) << "the lower code wins";
+    EXPECT_EQ(VeloraType("Weather station").toString(), "Weather");
+    EXPECT_EQ(VeloraType("description of the pedestrians").toString(), "Pedestrians");
     EXPECT_EQ(VeloraType("nothing of the kind"), 0);
     VeloraType type(7);
     type = std::string("nothing of the kind");

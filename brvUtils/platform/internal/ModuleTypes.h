@@ -12,7 +12,7 @@ struct ModuleType
 };
 
 /// By code. The first alias found anywhere in a text decides, lower codes first: an alias must not be part of one of a higher
-/// code, or that one would never be found.
+/// code, or that one would never be found. Nor should it be part of common words, such as "script" of "description".
 inline constexpr ModuleType moduleTypes[] = {
     {"None", {}},
     {"Supervisor", {"supervis", "launcher"}},
@@ -22,12 +22,12 @@ inline constexpr ModuleType moduleTypes[] = {
     {"Sensor", {"sensor", "lidar", "radar", "camera"}},
     {"Recorder", {"record", "logger"}},
     {"Analysis", {"analysis", "analyser", "analyzer", "evaluation"}},
-    {"Driver station", {"station", "cockpit", "cabin"}},
+    {"Driver station", {"driver station", "driving station", "cockpit", "cabin"}},
     {"Visual", {"visual", "render", "display"}},
     {"Sound", {"sound", "audio", "acoustic"}},
     {"Motion platform", {"motion", "platform", "hexapod"}},
     {"Weather", {"weather"}},
-    {"Scenario", {"scenario", "script"}},
+    {"Scenario", {"scenario"}},
     {"Road and terrain", {"road", "terrain"}},
     {"Pedestrians", {"pedestrian", "crowd"}},
     {"Instrument cluster", {"instrument", "dashboard", "cluster"}},
