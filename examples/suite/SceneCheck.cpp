@@ -89,7 +89,10 @@ double errorOf(const Scene& scene, const Vehicle& vehicle, std::size_t row)
     const double distance = brv::norm(middle - vectorAt(scene.sensor, row));
     const brv::Vector2 ahead(std::cos(vehicle.bearing[row]), std::sin(vehicle.bearing[row]));
     const double aside = brv::cross(ahead, {expected.x, expected.y});
-    return std::max({brv::norm(vectorAt(vehicle.seen, row) - expected), std::abs(vehicle.distance[row] - distance), std::abs(aside)});
+    const double off = brv::norm(vectorAt(vehicle.seen, row) - expected);
+    const double errors[] = {off, std::abs(vehicle.distance[row] - distance), std::abs(aside)};
+    const bool numbers = std::all_of(std::begin(errors), std::end(errors), [](double error) { return std::isfinite(error); });
+    return numbers ? *std::max_element(std::begin(errors), std::end(errors)) : std::numeric_limits<double>::infinity();
 }
 
 /// Of the middle lines of two vehicles, from bumper to bumper.

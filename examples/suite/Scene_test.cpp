@@ -11,6 +11,7 @@
 #include <brvUtils/data/DataMatrixFactory.h>
 
 #include <chrono>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -155,6 +156,7 @@ TEST(SceneCheck, findsWhatASensorHasWrong)
     record("right.csv", 0.0, 0.0);
     record("aside.csv", 0.25, 0.0);
     record("longer.csv", 0.0, -0.5);
+    record("nowhere.csv", std::nan(""), 0.0);
     const std::optional<SceneCheck> right = checkScene(*load(folder.file("right.csv")));
     ASSERT_TRUE(right);
     EXPECT_EQ(right->rows, 20u);
@@ -163,5 +165,6 @@ TEST(SceneCheck, findsWhatASensorHasWrong)
     EXPECT_GT(right->closest, vehicleWidth);
     EXPECT_NEAR(checkScene(*load(folder.file("aside.csv")))->largestError, 0.25, 1e-6);
     EXPECT_NEAR(checkScene(*load(folder.file("longer.csv")))->largestError, 0.5, 1e-6);
+    EXPECT_EQ(checkScene(*load(folder.file("nowhere.csv")))->largestError, HUGE_VAL);
     EXPECT_FALSE(checkScene(*load(folder.write("other.csv", "row,time s\n1,2\n"))));
 }
