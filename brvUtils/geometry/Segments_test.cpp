@@ -169,9 +169,13 @@ TEST_F(Segments, MeetWhereTheyCross)
 /// The rules as they were agreed on, each step for itself.
 bool meetByTheRules(const Vector2& a0, const Vector2& b0, const Vector2& a1, const Vector2& b1)
 {
-    const auto sides = [](const Vector2& p, const Vector2& from, const Vector2& to) { return (p.x - from.x) * (to.y - from.y) - (p.y - from.y) * (to.x - from.x); };
+    const auto sides = [](const Vector2& p, const Vector2& from, const Vector2& to) {
+        return (p.x - from.x) * (to.y - from.y) - (p.y - from.y) * (to.x - from.x);
+    };
     const auto rejects = [](double s0, double s1) { return (s0 != 0.0 && s1 != 0.0 && s0 > 0.0 && s1 > 0.0) || (s0 <= 0.0 && s1 <= 0.0); };
-    const auto overlaps = [](double a, double b, double c, double d) { return !(std::max(a, b) < std::min(c, d) || std::max(c, d) < std::min(a, b)); };
+    const auto overlaps = [](double a, double b, double c, double d) {
+        return !(std::max(a, b) < std::min(c, d) || std::max(c, d) < std::min(a, b));
+    };
     const double dB0 = sides(b0, a0, a1), dB1 = sides(b1, a0, a1);
     return overlaps(a0.x, a1.x, b0.x, b1.x) && overlaps(a0.y, a1.y, b0.y, b1.y) && !rejects(dB0, dB1)
         && !rejects(sides(a0, b0, b1), sides(a1, b0, b1)) && std::fabs(dB0 - dB1) >= 1e-6;
