@@ -195,6 +195,20 @@ double lineEndsAlone(const std::string& content)
     });
 }
 
+/// How the cost grows with the file, with as many threads as the reader takes by itself.
+void addGrowth(BenchmarkTable& results, const Settings& settings)
+{
+    constexpr std::size_t bytesPerRow = 130;
+    const Table table = tables().front();
+    const std::string path = settings.folder + "/table.csv";
+    for (const std::size_t megabytes : {1, 10, 100, 1000}) {
+        write(table, path, megabytes * settings.rows / bytesPerRow);
+        const auto size = static_cast<double>(std::filesystem::file_size(std::filesystem::u8path(path)));
+        results.add({"CSV, " + std::to_string(megabytes) + " MB", "s/GB", load(table, path, 0) / size, {}, {}});
+    }
+    std::filesystem::remove(std::filesystem::u8path(path));
+}
+
 } // namespace
 
 void addCsvRows(BenchmarkTable& results, const Settings& settings)
@@ -228,6 +242,7 @@ void addCsvRows(BenchmarkTable& results, const Settings& settings)
         brvUtils::csv::tuning() = {};
         std::filesystem::remove(std::filesystem::u8path(path));
     }
+    addGrowth(results, settings);
 }
 
 } // namespace dataBenchmark
