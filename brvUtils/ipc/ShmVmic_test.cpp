@@ -77,7 +77,7 @@ private:
     template <typename Function>
     static Function* find(const char* name)
     {
-        static os::DynamicLibrary* const library = os::openLibrary(os::reflectiveMemoryLibrary).library;
+        static os::DynamicLibrary* const library = os::openLibrary(os::reflectiveMemoryLibrary).opened;
         return reinterpret_cast<Function*>(os::librarySymbol(library, name));
     }
 

@@ -11,7 +11,7 @@ struct DynamicLibrary;
 
 struct LibraryOpening
 {
-    DynamicLibrary* library = nullptr; ///< Null after a failure.
+    DynamicLibrary* opened = nullptr; ///< Null after a failure.
     ErrorCode error = error::none;
 };
 

@@ -169,6 +169,16 @@ TEST(Events, GoToTheLastCallback)
     EXPECT_EQ(otherCallbacks, 1);
 }
 
+constexpr auto length = static_cast<std::uint32_t>(softwareCard::EventLog::length);
+
+/// Ten more to node 2 than its ring keeps, numbered from 1.
+void sendMoreThanKept(const OpenNode& from)
+{
+    for (std::uint32_t data = 1; data <= length + 10; ++data) {
+        from.send(2, Event::user1, data);
+    }
+}
+
 TEST(Events, ThatCameTooFastAreCounted)
 {
     const OwnRings rings;
@@ -180,10 +190,7 @@ TEST(Events, ThatCameTooFastAreCounted)
     receiver.listen(Event::user1);
     one.send(2, Event::user1, 0);
     held.awaitFirst();
-    constexpr auto length = static_cast<std::uint32_t>(softwareCard::EventLog::length);
-    for (std::uint32_t data = 1; data <= length + 10; ++data) {
-        one.send(2, Event::user1, data);
-    }
+    sendMoreThanKept(one);
     held.goOn();
     const List told = receiver.next(length + 2);
     EXPECT_EQ(told[1], (Told{Event::fifoFull, 2, 10}));
@@ -202,10 +209,7 @@ TEST(Events, ThatWereLostBeforeAreNotCounted)
     receiver.listen(Event::user1);
     one.send(2, Event::user1, 0);
     held.awaitFirst();
-    constexpr auto length = static_cast<std::uint32_t>(softwareCard::EventLog::length);
-    for (std::uint32_t data = 1; data <= length + 10; ++data) {
-        one.send(2, Event::user1, data);
-    }
+    sendMoreThanKept(one);
     held.goOn();
     receiver.until({Event::user1, 1, length + 10});
     driver().enableEvent(two, Event::fifoFull);

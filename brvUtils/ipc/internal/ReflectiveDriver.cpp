@@ -65,7 +65,7 @@ bool load(ReflectiveDriver& driver)
 {
     const std::string quotedName = "\"" + libraryName + "\"";
     std::cout << "[SHM VMIC] Loading library " + quotedName + "...\n" << std::flush;
-    os::DynamicLibrary* const library = os::openLibrary(libraryName).library;
+    os::DynamicLibrary* const library = os::openLibrary(libraryName).opened;
     if (library == nullptr) {
         std::cerr << "[SHM VMIC] Failed to load dll " + quotedName + "\n" << std::flush;
         return false;
