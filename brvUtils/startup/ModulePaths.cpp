@@ -2,12 +2,16 @@
 
 #include "brvUtils/core/FileNames.h"
 #include "brvUtils/core/Text.h"
+#include "brvUtils/os/DynamicLibrary.h"
 #include "brvUtils/os/Encoding.h"
 #include "brvUtils/os/Environment.h"
 #include "brvUtils/os/Process.h"
 #include "brvUtils/startup/internal/SharedText.h"
 
 #include <brv/Path.h>
+
+#include <cstddef>
+#include <mutex>
 
 namespace brvUtils {
 
@@ -42,6 +46,19 @@ std::string GetModuleFilePath()
 std::string GetModulePath()
 {
     return getPath(GetModuleFilePath());
+}
+
+std::string getBrvUtilsPath()
+{
+    constexpr std::size_t buffer = 2048; // kept for callers: what fills it counts as cut
+    static const char inThisLibrary = 0;
+    static std::mutex mutex;
+    static auto* const path = new std::string; // never destroyed: plug-ins may be loaded by what ends last
+    const std::lock_guard lock(mutex);
+    if (path->empty()) {
+        *path = os::libraryFile(&inThisLibrary);
+    }
+    return path->size() < buffer ? *path : std::string();
 }
 
 std::string getBaseInstallPath()

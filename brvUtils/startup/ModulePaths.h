@@ -24,6 +24,10 @@ BRVUTILS_API std::string GetModuleFilePath();
 /// Folder of the process's executable, without a separator at its end.
 BRVUTILS_API std::string GetModulePath();
 
+/// Full file name of this library, in UTF-8; on Linux behind links. Empty when the system does not tell, and from 2048 bytes
+/// on. The first call takes about as long as loading a small library.
+BRVUTILS_API std::string getBrvUtilsPath();
+
 /// The folder that the suite is installed in: what stands before the last "/bin/win32", or else the last "/bin/x64", of
 /// the executable's folder, in whatever case, with `/` as separator. Empty when neither occurs.
 BRVUTILS_API std::string getBaseInstallPath();

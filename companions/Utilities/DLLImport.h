@@ -26,12 +26,15 @@ public:
     DLLImport& operator=(const DLLImport&);
 
     /// Lets go of the library that was loaded and loads another.
-    /// \param path UTF-8; a path, or a name alone that is looked for where the system looks for libraries.
+    /// The library must not throw as it is loaded. If it does, it counts as not loadable on Windows; on Linux, where the
+    /// system's loader knows no way back, the process ends by `std::terminate`, with the exception's text.
+    /// \param path UTF-8; a path, in which `/` and `\` both separate folders, or a name alone that is looked for where the
+    ///        system looks for libraries.
     /// \return whether it is loaded now; if not, getLastError tells why, in a text that names the path.
     bool load(const std::string& path);
 
-    /// The address of what the library exports under that name; null when there is none (getLastError then tells so) or no
-    /// library. Valid while the library is loaded.
+    /// The address of what the library exports under that name, on Linux also of what the libraries export that it needs; null
+    /// when there is none, or no library (getLastError then tells so). Valid while the library is loaded.
     void* getSymbol(const std::string& name) const;
 
     /// Whether a library is loaded.
