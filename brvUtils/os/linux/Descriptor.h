@@ -20,6 +20,13 @@ public:
         close();
         number_ = number;
     }
+    /// The caller owns it from now on.
+    int release()
+    {
+        const int number = number_;
+        number_ = -1;
+        return number;
+    }
     void close()
     {
         if (open()) {

@@ -1,5 +1,6 @@
 #include "brvUtils/os/Thread.h"
 
+#include "brvUtils/os/CrashFilter.h"
 #include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/Errno.h"
 #include "brvUtils/os/linux/Futex.h"
@@ -75,6 +76,7 @@ void* runBody(void* record) noexcept
 {
     auto* thread = static_cast<Thread*>(record);
     const bool marked = marksItsEnd(thread);
+    prepareThreadForCrash();
     thread->number.store(static_cast<std::uint32_t>(gettid()));
     futexWakeAll(thread->number);
     thread->body(thread->argument);

@@ -1,0 +1,85 @@
+#include "brvUtils/os/DumpFile.h"
+
+#include "brvUtils/os/linux/CrashException.h"
+#include "brvUtils/os/linux/CrashLock.h"
+#include "brvUtils/os/linux/FullMemory.h"
+
+#include <client/linux/handler/exception_handler.h>
+#include <client/linux/minidump_writer/minidump_writer.h>
+#include <cstring>
+#include <sys/mman.h>
+
+namespace brvUtils::os {
+namespace {
+
+using CrashContext = google_breakpad::ExceptionHandler::CrashContext;
+
+struct Order
+{
+    const char* file;
+    DumpContents contents;
+    pid_t process;
+    CrashContext context;
+};
+
+/// One dump at a time: two would stop each other's threads.
+CrashLock writerLock;
+
+/// Runs in a copy of the process. The dump is made in memory, for two reasons: Breakpad does not notice a full disk, and a
+/// file should not be there before it is whole.
+bool writeDump(void* argument, CopyNotes& notes)
+{
+    const Order& order = *static_cast<const Order*>(argument);
+    Descriptor minidump;
+    minidump.take(memfd_create("minidump", MFD_CLOEXEC));
+    if (!minidump.open() || !google_breakpad::WriteMinidump(minidump.get(), order.process, &order.context, sizeof order.context)) {
+        return false;
+    }
+    DumpTarget target;
+    const bool whole = target.open(order.file, notes)
+        && (order.contents == DumpContents::full ? appendWithFullMemory(minidump.get(), target, notes) : appendMinidump(minidump.get(), target))
+        && target.finish();
+    if (!whole) {
+        target.abandon();
+    }
+    return whole;
+}
+
+void removeFile(void* argument)
+{
+    unlink(static_cast<const Order*>(argument)->file);
+}
+
+void describe(CrashContext& context, const siginfo_t& signal, const ucontext_t& registers, pid_t thread)
+{
+    context.siginfo = signal;
+    context.tid = thread;
+    context.context = registers;
+    if (registers.uc_mcontext.fpregs != nullptr) {
+        std::memcpy(&context.float_state, registers.uc_mcontext.fpregs, sizeof context.float_state);
+    }
+}
+
+} // namespace
+
+bool writeDumpFile(const char* file, DumpContents contents, _EXCEPTION_POINTERS* exception) noexcept
+{
+    Order order{file, contents, getpid(), {}};
+    if (exception != nullptr) {
+        describe(order.context, *exception->signal, *exception->context, exception->thread);
+    } else {
+        siginfo_t nothing{};
+        ucontext_t here{};
+        nothing.si_signo = static_cast<int>(MD_EXCEPTION_CODE_LIN_DUMP_REQUESTED);
+        getcontext(&here);
+        describe(order.context, nothing, here, gettid());
+    }
+    const bool taken = writerLock.take(); // not by a thread that crashed while it had it
+    const bool written = runInCopy(writeDump, &order, removeFile);
+    if (taken) {
+        writerLock.give();
+    }
+    return written;
+}
+
+} // namespace brvUtils::os
