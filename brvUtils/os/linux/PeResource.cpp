@@ -1,0 +1,149 @@
+#include "brvUtils/os/linux/PeResource.h"
+
+#include <vector>
+
+namespace brvUtils::os {
+namespace {
+
+constexpr std::uint32_t versionType = 16;
+constexpr std::uint32_t versionName = 1;
+constexpr std::uint32_t neutral = 0;
+constexpr std::uint32_t americanEnglish = 0x0409;
+
+/// The sections of a file, and where its resources are said to lie in memory.
+struct Sections
+{
+    std::uint64_t table = 0;
+    unsigned count = 0;
+    std::uint32_t resources = 0;
+};
+
+bool readHeaders(const InputFile& file, Sections& sections)
+{
+    FileHeader<64> dos;
+    if (!dos.read(file, 0) || dos.u16(0) != 0x5A4D) {
+        return false;
+    }
+    const std::uint64_t begin = dos.u32(60);
+    FileHeader<26> head; // signature, file header and the kind of the optional header
+    if (!head.read(file, begin) || head.u32(0) != 0x00004550) {
+        return false;
+    }
+    const std::uint16_t kind = head.u16(24);
+    if (kind != 0x10B && kind != 0x20B) {
+        return false;
+    }
+    const std::size_t countPlace = kind == 0x20B ? 108 : 92;
+    const std::uint64_t optional = begin + 24;
+    FileHeader<24> directories; // how many, and the first three
+    if (!directories.read(file, optional + countPlace) || directories.u32(0) < 3) {
+        return false;
+    }
+    sections.table = optional + head.u16(20);
+    sections.count = head.u16(6);
+    sections.resources = directories.u32(20);
+    return sections.resources != 0;
+}
+
+/// The place in the file of an address in memory.
+bool findAddress(const InputFile& file, const Sections& sections, std::uint32_t address, std::uint64_t& offset)
+{
+    for (unsigned i = 0; i < sections.count; ++i) {
+        FileHeader<40> section;
+        if (!section.read(file, sections.table + 40 * i)) {
+            return false;
+        }
+        const std::uint32_t begin = section.u32(12);
+        if (address >= begin && address - begin < section.u32(16)) {
+            offset = std::uint64_t{section.u32(20)} + (address - begin);
+            return true;
+        }
+    }
+    return false;
+}
+
+/// One directory of the resource tree, which has three levels: kinds, names, languages. Offsets count from the tree's begin.
+class Directory
+{
+public:
+    bool read(const InputFile& file, std::uint64_t tree, std::uint32_t offset)
+    {
+        FileHeader<16> head;
+        if (!head.read(file, tree + offset)) {
+            return false;
+        }
+        named_ = head.u16(12);
+        entries_.resize((std::size_t{named_} + head.u16(14)) * entrySize);
+        return readWhole(file, tree + offset + 16, entries_.data(), entries_.size());
+    }
+
+    /// The offset of the directory with a number.
+    bool directory(std::uint32_t id, std::uint32_t& offset) const { return find(id, true, offset); }
+    /// The same of the description of data.
+    bool data(std::uint32_t id, std::uint32_t& offset) const { return find(id, false, offset); }
+
+    /// That of the first description of data.
+    bool firstData(std::uint32_t& offset) const
+    {
+        for (std::size_t i = 0; i < entries_.size(); i += entrySize) {
+            if (matches(i, false, offset)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    static constexpr std::size_t entrySize = 8;
+    static constexpr std::uint32_t directoryBit = 0x80000000u;
+
+    bool find(std::uint32_t id, bool isDirectory, std::uint32_t& offset) const
+    {
+        for (std::size_t i = named_ * entrySize; i < entries_.size(); i += entrySize) {
+            if (littleEndian<std::uint32_t>(&entries_[i]) == id) {
+                return matches(i, isDirectory, offset);
+            }
+        }
+        return false;
+    }
+
+    bool matches(std::size_t entry, bool isDirectory, std::uint32_t& offset) const
+    {
+        const auto to = littleEndian<std::uint32_t>(&entries_[entry + 4]);
+        offset = to & ~directoryBit;
+        return ((to & directoryBit) != 0) == isDirectory;
+    }
+
+    std::size_t named_ = 0;
+    std::vector<char> entries_;
+};
+
+} // namespace
+
+FilePart peVersionResource(const InputFile& file)
+{
+    Sections sections;
+    std::uint64_t tree = 0;
+    if (!readHeaders(file, sections) || !findAddress(file, sections, sections.resources, tree)) {
+        return {};
+    }
+    Directory directory;
+    std::uint32_t offset = 0;
+    // Three steps, whatever the tree says: one that loops leads nowhere.
+    if (!directory.read(file, tree, 0) || !directory.directory(versionType, offset) || !directory.read(file, tree, offset) ||
+        !directory.directory(versionName, offset) || !directory.read(file, tree, offset)) {
+        return {};
+    }
+    if (!directory.data(neutral, offset) && !directory.data(americanEnglish, offset) && !directory.firstData(offset)) {
+        return {};
+    }
+    FileHeader<8> data;
+    FilePart part;
+    if (!data.read(file, tree + offset) || !findAddress(file, sections, data.u32(0), part.offset)) {
+        return {};
+    }
+    part.size = data.u32(4);
+    return part;
+}
+
+} // namespace brvUtils::os
