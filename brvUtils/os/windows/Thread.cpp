@@ -1,5 +1,6 @@
 #include "brvUtils/os/Thread.h"
 
+#include "brvUtils/os/CrashFilter.h"
 #include "brvUtils/os/windows/Objects.h"
 
 #include <algorithm>
@@ -20,6 +21,7 @@ DWORD WINAPI runBody(void* parameter) noexcept
 {
     const Body body = *static_cast<Body*>(parameter);
     delete static_cast<Body*>(parameter);
+    prepareThreadForCrash();
     body.run(body.argument);
     return 1; // kept for those who look at exit codes
 }
