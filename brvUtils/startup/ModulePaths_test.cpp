@@ -22,6 +22,13 @@ BRV_CHILD(tellInstallPath)
     return 0;
 }
 
+BRV_CHILD(tellLibraryPath)
+{
+    fs::current_path(fs::u8path(arguments[0]));
+    brvTesting::childSay(getBrvUtilsPath());
+    return 0;
+}
+
 TEST(ModulePaths, ReadTheRootsFromTheEnvironmentAtEachCall)
 {
     const brvTesting::EnvironmentGuard studio("STUDIO_PATH", "C:\\Studio");
@@ -38,6 +45,32 @@ TEST(ModulePaths, NameTheExecutableNotTheLibrary)
 {
     EXPECT_EQ(fileName(GetModuleFilePath()), fileName(brvTesting::thisProgram()));
     EXPECT_TRUE(fs::exists(fs::u8path(GetModulePath() + "/" + fileName(GetModuleFilePath()))));
+}
+
+TEST(ModulePaths, NameTheLibraryByAFullPath)
+{
+    const std::string path = getBrvUtilsPath();
+    EXPECT_TRUE(fs::u8path(path).is_absolute()) << path;
+    EXPECT_TRUE(fs::is_regular_file(fs::u8path(path))) << path;
+    EXPECT_NE(fileName(path).find("brvUtils"), std::string::npos) << path;
+}
+
+TEST(ModulePaths, NameTheLibraryAsItLiesWhereverTheLoaderLookedForIt)
+{
+    const fs::path library = fs::u8path(getBrvUtilsPath());
+    if (library.extension() == ".dll") {
+        GTEST_SKIP() << "the folder of the program comes first";
+    }
+    const brvTesting::TemporaryFolder root("brv test of \xC3\xA4");
+    fs::create_directory(root.path() / "there");
+    fs::copy_file(library, root.path() / "there" / "libbrvUtils.so.copy");
+    fs::create_symlink(root.path() / "there" / "libbrvUtils.so.copy", root.path() / "libbrvUtils.so.1");
+    const fs::path before = fs::current_path();
+    fs::current_path(root.path());
+    brvTesting::Child child("tellLibraryPath", { "/" }, { { "LD_LIBRARY_PATH", "." } });
+    fs::current_path(before);
+    child.expectLine(root.file("there/libbrvUtils.so.copy"));
+    child.expectExit(0);
 }
 
 /// What a copy of this program in a subfolder takes for the install path; the part of it below `root`.
