@@ -4,13 +4,17 @@
 #include "brvUtils/ipc/SemaphoreWin32.h"
 #include "brvUtils/ipc/ShmFactory.h"
 #include "brvUtils/ipc/internal/Lock.h"
+#include "brvUtils/ipc/internal/PortTable.h"
+#include "brvUtils/os/ObjectList.h"
 #include "brvUtils/os/ProcessLife.h"
+#include "brvUtils/os/ProcessProgram.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <cstring>
 #include <iostream>
 #include <string>
 
@@ -18,12 +22,10 @@ namespace brvUtils {
 
 namespace {
 
-constexpr char guardName[] = "SEM_VeloraConfigPortManagement";
-constexpr char tableName[] = "SHM_VeloraConfigPortManagement";
 constexpr std::chrono::duration<double> longestWait{30.0};
 
-constexpr unsigned short firstPort = 25099;
-constexpr size_t portCount = 202;
+constexpr unsigned short firstPort = ports::first;
+constexpr size_t portCount = ports::count;
 
 /// One per port: the number of the process that has it, or 0. A process that is killed while it changes the table leaves
 /// nothing half done, since each entry is right by itself, whatever the others hold.
@@ -92,7 +94,7 @@ ConfigurationPortManager* ConfigurationPortManager::getInstance()
     if (ourInstance != nullptr) {
         return ourInstance;
     }
-    auto guard = std::make_unique<Lock>(SemaphoreWin32::New(guardName, true, false));
+    auto guard = std::make_unique<Lock>(SemaphoreWin32::New(ports::guardName, true, false));
     if (!guard->isOpen()) {
         std::cerr << "Unable to create semaphore for port management shm." << std::endl;
         return nullptr;
@@ -102,7 +104,7 @@ ConfigurationPortManager* ConfigurationPortManager::getInstance()
     }
     {
         const Unlock unlock(*guard);
-        std::unique_ptr<IShm> table(newShm(tableName, portCount * sizeof(Entry), 0, false));
+        std::unique_ptr<IShm> table(newShm(ports::tableName, portCount * sizeof(Entry), 0, false));
         if (table != nullptr && table->getPtr() != nullptr) {
             ourInstance = new ConfigurationPortManager(std::move(guard), std::move(table));
             return ourInstance;
@@ -150,6 +152,33 @@ bool ConfigurationPortManager::release()
     Entry* entries = entriesOf(*table_);
     std::replace_if(entries, entries + portCount, [own = os::currentProcessId()](const Entry& entry) { return entry == own; }, 0U);
     return true;
+}
+
+std::vector<PortHolder> ConfigurationPortManager::look()
+{
+    struct Reading
+    {
+        std::array<std::uint32_t, portCount> entries{};
+        size_t read = 0;
+    } reading;
+    const auto take = [](void* context, const char* bytes, size_t count) {
+        auto& to = *static_cast<Reading*>(context);
+        const size_t part = std::min(count, sizeof to.entries - to.read);
+        std::memcpy(reinterpret_cast<char*>(to.entries.data()) + to.read, bytes, part);
+        to.read += part;
+        return to.read < sizeof to.entries;
+    };
+    std::vector<PortHolder> holders;
+    if (os::readSegment(ports::tableName, take, &reading) != os::error::none) {
+        return holders;
+    }
+    Living living;
+    for (size_t i = 0; i < portCount; ++i) {
+        if (const std::uint32_t process = reading.entries[i]; process != 0) {
+            holders.push_back({static_cast<unsigned short>(firstPort + i), process, os::programOfProcess(process), living.has(process)});
+        }
+    }
+    return holders;
 }
 
 void ConfigurationPortManager::cleanupPortsOfDeadProcesses()

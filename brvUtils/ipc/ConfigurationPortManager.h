@@ -3,13 +3,24 @@
 #include "brvUtils/export.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace brvUtils {
 
 class IShm;
 class Lock;
+
+/// Who has a port.
+struct PortHolder
+{
+    unsigned short port = 0;
+    std::uint32_t process = 0; ///< Its number.
+    std::string program; ///< File name of its executable in UTF-8; empty when it has ended or the system does not tell.
+    bool alive = false; ///< One that has ended keeps its ports until somebody asks for some, or gives some back.
+};
 
 /// Gives the modules of a computer network ports that no other module has, from 25099 to 25300.
 ///
@@ -41,6 +52,10 @@ public:
     /// Gives back all ports of this process, be there any or none. False, with a line on the error stream, when the table is
     /// not to be had within 30 s.
     bool release();
+
+    /// Who has which port now, in increasing order, for people: no manager is made, the guard is not taken and nothing is
+    /// freed. Empty when nobody has one, and when the table lies on a reflective-memory card.
+    static std::vector<PortHolder> look();
 
 protected:
     /// Frees the ports of processes that have ended. Only while the guard is held.

@@ -59,6 +59,16 @@ void follow(StateWord& word, bool manualReset, std::uint64_t seen, Phase decisio
 
 } // namespace
 
+std::uint32_t EventTransaction::recordOf(std::uint32_t id)
+{
+    return id >> recordShift;
+}
+
+bool EventTransaction::hasTaken(const std::atomic<std::uint32_t>& transaction, std::uint32_t id)
+{
+    return transaction.load(std::memory_order_relaxed) == valueOf(id, taken);
+}
+
 EventTransaction::EventTransaction(const Handle& event)
     : table_(*event.table)
 {

@@ -35,6 +35,10 @@ public:
     /// Ends the transaction that a process has left in its record, with all its reservations.
     static void endAbandoned(Table& table, std::uint32_t record);
 
+    /// For who only looks: the number of the record that an id names, and whether the transaction there takes for that id.
+    static std::uint32_t recordOf(std::uint32_t id);
+    static bool hasTaken(const std::atomic<std::uint32_t>& transaction, std::uint32_t id);
+
     /// Opens the transaction of the process that opened the event.
     explicit EventTransaction(const Handle& event);
 

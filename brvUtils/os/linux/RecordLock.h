@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
+#include <vector>
 
 /// Record locks of an open file description: they belong to the descriptor and its copies, not to the process, and the
 /// kernel drops them when the last copy is closed, however its process ended.
@@ -58,6 +60,21 @@ inline LockedRange lockedByOthers(int file, std::int64_t begin, std::int64_t end
         return {};
     }
     return {lock.l_start, lock.l_len == 0 ? end : lock.l_start + lock.l_len};
+}
+
+/// All of them, cut to [begin, end); a range that several have locked may come in pieces.
+inline void allLockedByOthers(int file, std::int64_t begin, std::int64_t end, std::vector<LockedRange>& found)
+{
+    if (begin >= end) {
+        return;
+    }
+    // The kernel names one locked range, not the first: what lies on both sides of it is asked about again.
+    const LockedRange held = lockedByOthers(file, begin, end);
+    if (held) {
+        allLockedByOthers(file, begin, held.begin, found);
+        found.push_back({std::max(begin, held.begin), std::min(end, held.end)});
+        allLockedByOthers(file, held.end, end, found);
+    }
 }
 
 } // namespace brvUtils::os

@@ -78,6 +78,11 @@ ErrorCode mapSegmentFile(int folder, std::uint32_t slot, std::size_t size, Handl
     return result;
 }
 
+int openSegmentFileToLook(int folder, std::uint32_t slot)
+{
+    return openat(folder, FileName(slot).text, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+}
+
 void removeSegmentFile(int folder, std::uint32_t slot)
 {
     unlinkat(folder, FileName(slot).text, 0);

@@ -14,6 +14,9 @@ ErrorCode createSegmentFile(int folder, std::uint32_t slot, std::size_t size, mo
 /// Maps the file into the handle's `view` and `size` (whole pages).
 ErrorCode mapSegmentFile(int folder, std::uint32_t slot, std::size_t size, Handle& handle);
 
+/// Opens the file for reading only. Negative, with `errno`, when there is none.
+int openSegmentFileToLook(int folder, std::uint32_t slot);
+
 void removeSegmentFile(int folder, std::uint32_t slot);
 
 /// Removes those of all slots, when nobody is left who could have one open.

@@ -18,7 +18,6 @@ namespace brvUtils::os {
 
 namespace {
 
-constexpr const char* tableName = "brvUtils-table"; // a folder that users have named may hold other files
 constexpr int attempts = 1000; // of attaching while others come and go
 
 } // namespace

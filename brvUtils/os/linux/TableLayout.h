@@ -16,6 +16,7 @@
 /// Everything but what is atomic changes only under the lock of the table.
 namespace brvUtils::os {
 
+constexpr const char* tableName = "brvUtils-table"; // a folder that users have named may hold other files
 constexpr char tableMagic[8] = {'b', 'r', 'v', 't', 'a', 'b', 'l', 'e'};
 constexpr std::uint32_t tableVersion = 1;
 constexpr std::uint32_t slotCapacity = 32768;
