@@ -1,10 +1,11 @@
-# Installs a finished build, moves the tree, and uses it as another project does: by find_package, and by pkg-config where
-# the program may run as it is. What is expected of the installed headers is looked at on the way. Run by CTest.
+# Uses a tree of installed files as another project does: by find_package, and by pkg-config where the program may run as it
+# is. What is expected of the files is looked at on the way. Where the tree comes from is what `from` says. Run by CTest.
 cmake_minimum_required(VERSION 3.25)
 
 set(work "${build}/consumer")
-set(tree "${build}/install-tree")
-file(REMOVE_RECURSE "${work}" "${tree}")
+set(root "${work}/root")
+set(tree "${root}/usr")
+file(REMOVE_RECURSE "${work}")
 file(MAKE_DIRECTORY "${work}")
 
 function(run)
@@ -15,8 +16,9 @@ function(run)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-run("${CMAKE_COMMAND}" --install "${build}" --config "${configuration}" --prefix "${work}/installed")
-file(RENAME "${work}/installed" "${tree}")
+include("${CMAKE_CURRENT_LIST_DIR}/from-${from}.cmake")
+place_tree()
+include("${CMAKE_CURRENT_LIST_DIR}/check-files.cmake")
 
 # Headers: no inner ones, nothing but each other and the standard library's.
 set(include "${tree}/${headerFolder}")
@@ -60,6 +62,7 @@ set(CONSUMER_HEADERS "@headers@" CACHE STRING "")
 set(CMAKE_BUILD_TYPE "@configuration@" CACHE STRING "")
 set(CMAKE_COMPILE_WARNING_AS_ERROR ON CACHE BOOL "")
 set(CMAKE_CXX_COMPILER_LAUNCHER "@launcher@" CACHE STRING "")
+set(CONSUMER_EXAMPLES "@tree@/@pageFolder@/examples" CACHE PATH "")
 ]] @ONLY)
 if(toolchain)
   # A cross build looks for packages in the target system's folders only, unless told where one is.
@@ -79,7 +82,7 @@ endfunction()
 
 # A program of Windows also finds libraries in the folder that it is started in: here those of the tree, and no others.
 file(MAKE_DIRECTORY "${tree}/${programFolder}")
-expect_exchange("${CMAKE_COMMAND}" -E chdir "${tree}/${programFolder}" ${emulator} "${work}/build/bin/${program}")
+expect_exchange("${CMAKE_COMMAND}" -E chdir "${tree}/${programFolder}" ${emulator} "${work}/build/bin/consumer${suffix}")
 
 # By pkg-config, as makefiles do.
 find_program(pkgConfig pkg-config)
@@ -91,3 +94,5 @@ if(pkgConfig AND NOT emulator AND NOT CMAKE_HOST_WIN32)
   set(ENV{LD_LIBRARY_PATH} "${tree}/${libraryFolder}")
   expect_exchange("${work}/consumer-of-pkg-config")
 endif()
+
+remove_tree()
