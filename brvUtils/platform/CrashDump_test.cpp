@@ -6,6 +6,7 @@
 #include "testing/ThisProgram.h"
 
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 
 namespace brvUtils {
@@ -94,6 +95,33 @@ protected:
         return found;
     }
 
+    /// The bytes of memory that a whole dump has behind its list of all memory (the stream 9), which stand at its end; 0
+    /// without that list.
+    std::uint64_t memoryIn(const std::filesystem::path& dump) const
+    {
+        std::ifstream file(dump, std::ios::binary);
+        const auto read = [&](std::uint64_t at, auto value) {
+            file.seekg(static_cast<std::streamoff>(at));
+            file.read(reinterpret_cast<char*>(&value), sizeof value);
+            return value;
+        };
+        const auto streams = read(8, std::uint32_t{});
+        const auto directory = read(12, std::uint32_t{});
+        std::uint64_t sum = 0;
+        for (std::uint32_t stream = 0; stream < streams; ++stream) {
+            if (read(directory + stream * 12, std::uint32_t{}) != 9) {
+                continue;
+            }
+            const auto list = read(directory + stream * 12 + 8, std::uint32_t{});
+            const auto ranges = read(list, std::uint64_t{});
+            for (std::uint64_t range = 0; range < ranges; ++range) {
+                sum += read(list + 16 + range * 16 + 8, std::uint64_t{});
+            }
+            EXPECT_EQ(read(list + 8, std::uint64_t{}) + sum, std::filesystem::file_size(dump));
+        }
+        return sum;
+    }
+
     bool isDump(const std::string& name) const { return folder.read(name).substr(0, 4) == "MDMP"; }
 
     const ChildExit good{ChildExit::Kind::exited, 0};
@@ -171,6 +199,21 @@ TEST_F(CrashDump, ownFilterSaysWhatHappensThen)
 
     crash("filter-crashes");
     EXPECT_EQ(end, good);
+}
+
+TEST_F(CrashDump, holdsAllMemoryAtTheLevelFull)
+{
+    variables = {{"STUDIO_PROCESS_DUMP_LEVEL", "full"}};
+    crash("null");
+    ASSERT_EQ(dumps().size(), 1u);
+    EXPECT_EQ(memoryIn(dumps()[0]), 0u);
+    std::filesystem::remove(dumps()[0]);
+
+    variables = {{"STUDIO_PROCESS_DUMP_LEVEL", "FULL"}};
+    crash("null");
+    EXPECT_EQ(end, good);
+    ASSERT_EQ(dumps().size(), 1u);
+    EXPECT_GT(memoryIn(dumps()[0]), 1'000'000u);
 }
 
 TEST_F(CrashDump, isWrittenWhenAskedFor)

@@ -70,15 +70,44 @@ void reap(pid_t copy)
     }
 }
 
+/// Shared memory for the notes. Its first page is given back at once: what lies at the start of a file (of which the kernel
+/// makes one here) would be a module to who dumps this process.
+class NotesMemory
+{
+public:
+    NotesMemory()
+        : base_(static_cast<char*>(mmap(nullptr, 2 * page_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)))
+    {
+        if (valid()) {
+            munmap(base_, page_);
+        }
+    }
+    ~NotesMemory()
+    {
+        if (valid()) {
+            munmap(base_ + page_, page_);
+        }
+    }
+    NotesMemory(const NotesMemory&) = delete;
+    NotesMemory& operator=(const NotesMemory&) = delete;
+
+    bool valid() const { return base_ != MAP_FAILED; }
+    void* get() const { return base_ + page_; }
+
+private:
+    std::size_t page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    char* base_;
+};
+
 } // namespace
 
 bool runInCopy(CopyWork work, void* argument, void (*undo)(void* argument), int patience) noexcept
 {
-    void* page = mmap(nullptr, sizeof(CopyNotes), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    if (page == MAP_FAILED) {
+    const NotesMemory memory;
+    if (!memory.valid()) {
         return false;
     }
-    auto& notes = *new (page) CopyNotes;
+    auto& notes = *new (memory.get()) CopyNotes;
     const pid_t own = getpid();
     sigset_t all;
     sigset_t before;
@@ -106,7 +135,6 @@ bool runInCopy(CopyWork work, void* argument, void (*undo)(void* argument), int 
             undo(argument);
         }
     }
-    munmap(page, sizeof(CopyNotes));
     return success;
 }
 
