@@ -5,6 +5,7 @@
 #include "brvUtils/os/Environment.h"
 #include "brvUtils/startup/GenericPath.h"
 #include "brvUtils/startup/internal/Configurations.h"
+#include "brvUtils/startup/internal/ListFiles.h"
 
 #include <StudioVersion/Version.h>
 #include <Utilities/ConfigFile.h>
@@ -27,39 +28,6 @@ namespace brvUtils {
 namespace {
 
 const char* const ruler = "========================================";
-
-/// A list that is laid over the main one: a variable names its folder.
-struct Overlay
-{
-    const char* variable;
-    SharedText& file;
-
-    bool isUsed() const { return os::environmentVariable(variable).has_value(); }
-
-    /// The file, once it has been seen to exist.
-    const std::string& find() const
-    {
-        if (const auto folder = os::environmentVariable(variable); folder && file.empty()) {
-            const std::string path = *folder + "/configurations.cfg";
-            if (fileExist(path, utf8)) {
-                file.set(path);
-            }
-        }
-        return file.get();
-    }
-
-    void createSpace() const;
-};
-
-Overlay computeOverlay()
-{
-    return {"COMPUTE_PATH", state().computeFile};
-}
-
-Overlay localOverlay()
-{
-    return {"LOCAL_STUDIO_PATH", state().localFile};
-}
 
 std::ifstream openText(const std::string& path)
 {
@@ -88,16 +56,12 @@ void readListFile(const std::string& file, bool isMain)
 {
     Utilities::ConfigFile list(file);
     std::cout << file << std::endl;
-    const std::string host = Configurations::askHostName();
-    for (const std::string& section : {std::string("Common"), host}) {
-        list.setSection(section);
-        for (const std::string& name : list.getVariablesNames(section)) {
-            const std::string folder = withoutEndSeparators(resolveGenericPath(list[name]));
-            if (fileOrFolderExist(folder, utf8)) {
-                declare(name, folder);
-            }
+    forEachDeclaration(list, Configurations::askHostName(), [](const std::string&, const std::string& name, const std::string& value) {
+        const std::string folder = withoutEndSeparators(resolveGenericPath(value));
+        if (fileOrFolderExist(folder, utf8)) {
+            declare(name, folder);
         }
-    }
+    });
     if (isMain && state().declared.empty()) {
         std::cout << ruler << "\nNo configuration declared in the common part in configurations.cfg.\n" << std::endl << ruler << std::endl;
         throw ConfigurationError("No configuration in configurations.cfg !");
@@ -143,19 +107,19 @@ void removeFrom(const std::string& file, const std::string& name)
     throw ConfigurationError(text.str());
 }
 
-void Overlay::createSpace() const
+void createSpace(const Overlay& overlay)
 {
-    const auto folder = os::environmentVariable(variable);
+    const auto folder = os::environmentVariable(overlay.variable);
     if (!folder) {
         return;
     }
     const std::string path = *folder + "/configurations.cfg";
     // Kept for callers: "local" also for a compute node.
     if (!Utilities::ConfigFile::createEmptyConfigFile(path)) {
-        reject("Cannot create empty local configurations.cfg file.", variable);
+        reject("Cannot create empty local configurations.cfg file.", overlay.variable);
     }
     if (!Utilities::ConfigFile(path).isLoaded()) {
-        reject("Cannot open local configurations.cfg file.", variable);
+        reject("Cannot open local configurations.cfg file.", overlay.variable);
     }
     const std::string space = *folder + "/Velorastudio_" + EnvConfig::Version(getMajorVersion(), getMinorVersion()).toString();
     recursiveMkDir(Utilities::Encoding::Transcode(space + "/config").c_str());
@@ -183,11 +147,11 @@ void EnvConfig::loadConfigurationsList()
     readListFile(file, true);
     const Overlay compute = computeOverlay();
     const Overlay local = localOverlay();
-    if (compute.isUsed() && fileExist(compute.find(), utf8)) {
+    if (compute.isThere()) {
         readListFile(compute.find(), false);
         // Kept for callers: the name of the other file.
         std::cout << "COMPUTE_PATH found, Local configuration.cfg file is used: " << local.find() << std::endl;
-    } else if (local.isUsed() && fileExist(local.find(), utf8)) {
+    } else if (local.isThere()) {
         readListFile(local.find(), false);
         std::cout << "LOCAL_STUDIO_PATH found, Local configuration.cfg file is used: " << state().localFile.get() << std::endl;
     }
@@ -260,12 +224,12 @@ void EnvConfig::deleteConfig(const std::string& name, const std::string& nextNam
 
 void EnvConfig::createLocalConfigurationSpace()
 {
-    localOverlay().createSpace();
+    createSpace(localOverlay());
 }
 
 void EnvConfig::createComputeConfigurationSpace()
 {
-    computeOverlay().createSpace();
+    createSpace(computeOverlay());
 }
 
 } // namespace brvUtils

@@ -2,9 +2,9 @@
 
 #include "brvUtils/core/FileSystem.h"
 #include "brvUtils/os/Environment.h"
+#include "brvUtils/startup/ConfigurationReport.h"
 #include "brvUtils/startup/GenericPath.h"
 #include "brvUtils/startup/internal/Configurations.h"
-#include "brvUtils/startup/internal/References.h"
 
 #include <brv/Path.h>
 
@@ -115,20 +115,16 @@ std::string withRepairedCase(const std::string& path)
     return repaired;
 }
 
-void explainFolder(std::ostream& out, const std::string& folder)
+void explainFolder(std::ostream& out, const PathReport& folder)
 {
-    out << "  folder   " << folder << '\n';
-    const ResolvedText resolved = resolveReferences(folder);
-    for (const auto& [name, value] : resolved.variables) {
+    out << "  folder   " << folder.generic << '\n';
+    for (const auto& [name, value] : folder.variables) {
         out << "    " << name << " = " << value << '\n';
     }
-    switch (resolved.fault) {
-    case ResolvedText::Fault::none:
-        out << "    gives  " << resolved.text << (exists(resolved.text) ? "" : "  (does not exist)") << '\n';
-        break;
-    case ResolvedText::Fault::noEnd: out << "    stays as it is: a \"${\" has no \"}\"\n"; break;
-    case ResolvedText::Fault::undefined: out << "    stays as it is: there is no variable " << resolved.name << '\n'; break;
-    case ResolvedText::Fault::endless: out << "    stays as it is: " << resolved.name << " leads back to itself, or to too much text\n"; break;
+    if (!folder.fault.empty()) {
+        out << "    stays as it is: " << folder.fault << '\n';
+    } else {
+        out << "    gives  " << folder.path << (folder.exists ? "" : "  (does not exist)") << '\n';
     }
 }
 
@@ -231,36 +227,59 @@ std::string EnvConfig::findInPath(const std::string& keyword, const std::string&
     return {};
 }
 
+KeywordReport reportKeyword(const std::string& keyword)
+{
+    const Guard guard(EnvConfig::ourCS);
+    const Utilities::ConfigFile& file = state().dataFile;
+    KeywordReport report;
+    report.keyword = keyword;
+    report.configuration = state().current.get();
+    if (report.configuration.empty()) {
+        return report;
+    }
+    report.file = file.getFileName();
+    Entry entry = findEntry(keyword);
+    if (entry.value.empty()) {
+        entry = {keyword, file[keyword], {}}; // where all folders are asked for, the text as it stands counts too
+    }
+    if (entry.value.empty()) {
+        return report;
+    }
+    std::string value;
+    report.section = file.readString(entry.key, value) ? file.getSection() : "Common";
+    report.entry = entry.key;
+    report.value = entry.value;
+    report.rest = entry.rest;
+    for (const std::string& folder : foldersOf(entry)) {
+        report.folders.push_back(reportPath(folder));
+    }
+    report.first = EnvConfig::getFirstPath(keyword);
+    return report;
+}
+
 std::string EnvConfig::explain(const std::string& keyword)
 {
-    const Guard guard(ourCS);
+    const KeywordReport report = reportKeyword(keyword);
     std::ostringstream out;
     out << keyword << '\n';
-    if (state().current.empty()) {
+    if (report.configuration.empty()) {
         out << "  no configuration is selected\n";
         return out.str();
     }
-    const Utilities::ConfigFile& file = state().dataFile;
-    out << "  file     " << file.getFileName() << "  (configuration " << state().current.get() << ")\n";
-    Entry entry = findEntry(keyword);
-    if (entry.value.empty()) {
-        entry = {keyword, state().dataFile[keyword], {}}; // where all folders are asked for, the text as it stands counts too
-    }
-    if (entry.value.empty()) {
+    out << "  file     " << report.file << "  (configuration " << report.configuration << ")\n";
+    if (report.value.empty()) {
         out << "  no entry for it, nor for what it begins with\n";
         return out.str();
     }
-    std::string value;
-    out << "  section  " << (file.readString(entry.key, value) ? file.getSection() : "Common") << '\n'
-        << "  entry    " << entry.key << " = " << entry.value << '\n';
-    if (!entry.rest.empty()) {
-        out << "  then     " << entry.rest << '\n';
+    out << "  section  " << report.section << '\n' << "  entry    " << report.entry << " = " << report.value << '\n';
+    if (!report.rest.empty()) {
+        out << "  then     " << report.rest << '\n';
     }
-    for (const std::string& folder : foldersOf(entry)) {
+    for (const PathReport& folder : report.folders) {
         explainFolder(out, folder);
     }
-    if (firstFolder(entry.value).empty()) {
-        out << "  first    " << getFirstPath(keyword) << "  (by a shorter entry, since the first folder is empty)\n";
+    if (firstFolder(report.value).empty()) {
+        out << "  first    " << report.first << "  (by a shorter entry, since the first folder is empty)\n";
     }
     return out.str();
 }

@@ -34,6 +34,9 @@ void put(Json& document, const Fields& fields)
 
 void put(Json& document, const Table& table)
 {
+    if (table.key.empty()) {
+        return;
+    }
     Json rows = Json::array();
     for (const std::vector<Cell>& row : table.rows) {
         Json object = Json::object();

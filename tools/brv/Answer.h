@@ -45,7 +45,7 @@ struct Label
 /// Rows of values: an array of objects in the document.
 struct Table
 {
-    std::string key; ///< Of the array.
+    std::string key; ///< Of the array. Empty: not in the document.
     std::vector<Label> columns;
     std::vector<std::vector<Cell>> rows; ///< Each as long as `columns`.
     std::string none; ///< The line that people see when there are no rows.

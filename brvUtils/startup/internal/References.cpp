@@ -12,8 +12,12 @@ namespace {
 constexpr std::size_t mostReferences = 10'000;
 constexpr std::size_t mostText = 1 << 20; // bytes that the values may add
 
-std::optional<std::string> valueOf(const std::string& name)
+std::optional<std::string> valueOf(const std::string& name, const std::map<std::string, std::string>& known)
 {
+    const auto found = known.find(name);
+    if (found != known.end()) {
+        return found->second;
+    }
     return name == "PlatformName" ? std::optional<std::string>("x64") : os::environmentVariable(name);
 }
 
@@ -53,7 +57,7 @@ private:
 
 } // namespace
 
-ResolvedText resolveReferences(std::string text)
+ResolvedText resolveReferences(std::string text, const std::map<std::string, std::string>& known)
 {
     ResolvedText result;
     result.text = std::move(text);
@@ -73,7 +77,7 @@ ResolvedText resolveReferences(std::string text)
             result.fault = ResolvedText::Fault::endless;
             return result;
         }
-        auto value = valueOf(result.name);
+        auto value = valueOf(result.name, known);
         if (!value) {
             result.fault = ResolvedText::Fault::undefined;
             return result;
@@ -88,6 +92,16 @@ ResolvedText resolveReferences(std::string text)
         start = start > 0 ? start - 1 : 0; // a "$" before the value may make a reference of it
     }
     return result;
+}
+
+std::string faultText(const ResolvedText& resolved)
+{
+    switch (resolved.fault) {
+    case ResolvedText::Fault::noEnd: return "a \"${\" has no \"}\"";
+    case ResolvedText::Fault::undefined: return "there is no variable " + resolved.name;
+    case ResolvedText::Fault::endless: return resolved.name + " leads back to itself, or to too much text";
+    default: return {};
+    }
 }
 
 } // namespace brvUtils

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,10 @@ struct ResolvedText
 };
 
 /// Replaces every "${NAME}" by its value, the first one first and those inside values too. UTF-8.
-ResolvedText resolveReferences(std::string text);
+/// \param known variables that count before those of the environment.
+ResolvedText resolveReferences(std::string text, const std::map<std::string, std::string>& known = {});
+
+/// Why a text was not resolved, in words; empty for Fault::none.
+std::string faultText(const ResolvedText& resolved);
 
 } // namespace brvUtils

@@ -1,2 +1,0 @@
-#include "Command.h"
-namespace brvTool { void addConfig(Commands&){} void addVersion(Commands&){} void addData(Commands&){} void addDoctor(Commands&){} }
