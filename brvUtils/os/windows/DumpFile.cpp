@@ -102,7 +102,9 @@ bool writeDump(const wchar_t* path, MINIDUMP_TYPE type, EXCEPTION_POINTERS* exce
     const bool temporary = setTemporary(file.get(), true);
     MINIDUMP_EXCEPTION_INFORMATION information { thread, exception, TRUE };
     MINIDUMP_CALLBACK_INFORMATION choice { choose, nullptr };
-    SymSetOptions(SymGetOptions() | SYMOPT_DEFERRED_LOADS); // Wine reads all symbols first, which takes it a second.
+    // Without symbols: Wine, which finds that nobody has begun, would read those of all modules, for seconds, and add what
+    // unwinds each of their functions. Windows does not look at them.
+    SymInitialize(GetCurrentProcess(), "", FALSE);
     const bool written = MiniDumpWriteDump(GetCurrentProcess(), GetCurrentProcessId(), file.get(), type, &information, nullptr, &choice)
         && isWhole(file.get()) && (!temporary || setTemporary(file.get(), false));
     file.close();
