@@ -11,9 +11,9 @@ constexpr double airDensity = 1.2; // kg/m3
 
 } // namespace
 
-void LongitudinalModel::step(double force, double seconds)
+void LongitudinalModel::step(double force, int gear, double seconds)
 {
-    const double strongest = speed_ > 0.0 ? std::min(car_.driveForce, car_.power / speed_) : car_.driveForce;
+    const double strongest = std::max(0.0, engine_.tractionForce(speed_, gear)); // an engine that gives no number gives nothing
     force_ = std::clamp(force, -car_.brakeForce, strongest);
 
     // Brakes and tyres only ever hold the car up: what would make it roll backwards leaves it standing.

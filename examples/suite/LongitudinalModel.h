@@ -1,5 +1,7 @@
 #pragma once
 
+#include "EngineModel.h"
+
 namespace suite {
 
 /// What a small passenger car is made of, as far as driving straight on is concerned.
@@ -8,8 +10,6 @@ struct CarData
     double mass = 1150.0; ///< kg, driver included.
     double rollingResistance = 0.013; ///< Resisting force by weight.
     double dragArea = 0.65; ///< Drag coefficient times frontal area, m2.
-    double driveForce = 4500.0; ///< The most that the tyres put on the road, N.
-    double power = 45e3; ///< The most that the engine gives, W.
     double brakeForce = 8000.0; ///< N.
 };
 
@@ -17,15 +17,17 @@ struct CarData
 class LongitudinalModel
 {
 public:
-    explicit LongitudinalModel(const CarData& car = {})
-        : car_(car)
+    /// \param engine that drives it; has to stay as long as this.
+    explicit LongitudinalModel(const EngineModel& engine, const CarData& car = {})
+        : engine_(engine)
+        , car_(car)
     {
     }
 
     /// Moves the car on. It never rolls backwards.
     /// \param force asked for, N; positive drives, negative brakes. What the car cannot give is cut off.
-    /// \param seconds a step that is short against a second.
-    void step(double force, double seconds);
+    /// \param gear of the engine, 0 for none. \param seconds a step that is short against a second.
+    void step(double force, int gear, double seconds);
 
     double speed() const { return speed_; } ///< m/s
     double acceleration() const { return acceleration_; } ///< During the last step, m/s2.
@@ -35,6 +37,7 @@ public:
 private:
     double resistance() const;
 
+    const EngineModel& engine_;
     CarData car_;
     double speed_ = 0.0;
     double acceleration_ = 0.0;

@@ -10,10 +10,27 @@ namespace {
 
 constexpr double step = 0.005;
 
+/// Gives the same force at each speed, in gear 1.
+class Motor : public EngineModel
+{
+public:
+    explicit Motor(double force)
+        : force_(force)
+    {
+    }
+    const char* name() const noexcept override { return "motor"; }
+    double tractionForce(double, int gear) const noexcept override { return gear == 1 ? force_ : 0.0; }
+
+private:
+    double force_;
+};
+
+const Motor strong(10e3);
+
 void drive(LongitudinalModel& car, double force, double seconds)
 {
     for (double time = 0.0; time < seconds; time += step) {
-        car.step(force, step);
+        car.step(force, 1, step);
     }
 }
 
@@ -23,7 +40,7 @@ TEST(LongitudinalModel, forceAgainstTyresAndAirMovesTheCar)
 {
     CarData data;
     data.dragArea = 0.0;
-    LongitudinalModel rolling(data);
+    LongitudinalModel rolling(strong, data);
     drive(rolling, data.mass * (1.0 + data.rollingResistance * 9.81), 10.0);
     EXPECT_NEAR(rolling.acceleration(), 1.0, 1e-9);
     EXPECT_NEAR(rolling.speed(), 10.0, 0.01);
@@ -31,14 +48,14 @@ TEST(LongitudinalModel, forceAgainstTyresAndAirMovesTheCar)
 
     data = CarData{};
     data.rollingResistance = 0.0;
-    LongitudinalModel flying(data);
+    LongitudinalModel flying(strong, data);
     drive(flying, 400.0, 600.0);
     EXPECT_NEAR(flying.speed(), std::sqrt(400.0 / (0.6 * data.dragArea)), 0.01);
 }
 
 TEST(LongitudinalModel, neverRollsBackwards)
 {
-    LongitudinalModel car;
+    LongitudinalModel car(strong);
     drive(car, -1000.0, 1.0);
     EXPECT_EQ(car.distance(), 0.0);
     drive(car, 100.0, 1.0); // less than the tyres resist
@@ -50,14 +67,20 @@ TEST(LongitudinalModel, neverRollsBackwards)
     EXPECT_EQ(car.acceleration(), 0.0);
 }
 
-TEST(LongitudinalModel, givesWhatEngineTyresAndBrakesCan)
+TEST(LongitudinalModel, givesWhatEngineAndBrakesCan)
 {
-    const CarData data;
-    LongitudinalModel car(data);
-    car.step(1e6, step);
-    EXPECT_EQ(car.force(), data.driveForce);
-    drive(car, 1e6, 20.0);
-    EXPECT_NEAR(car.force() * car.speed(), data.power, 0.01 * data.power);
-    car.step(-1e6, step);
-    EXPECT_EQ(car.force(), -data.brakeForce);
+    LongitudinalModel car(strong);
+    car.step(1e6, 1, step);
+    EXPECT_EQ(car.force(), 10e3);
+    car.step(1e6, 0, step);
+    EXPECT_EQ(car.force(), 0.0) << "no gear";
+    car.step(-1e6, 0, step);
+    EXPECT_EQ(car.force(), -CarData().brakeForce);
+
+    for (const double nonsense : {-1e6, std::nan("")}) {
+        const Motor broken(nonsense);
+        LongitudinalModel standing(broken);
+        drive(standing, 1000.0, 1.0);
+        EXPECT_EQ(standing.distance(), 0.0) << nonsense;
+    }
 }

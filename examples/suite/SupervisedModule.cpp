@@ -53,6 +53,8 @@ SupervisedModule::SupervisedModule(ModuleCommand command, const SupervisionRules
     , shm_(command_.name)
     , signal_(brvUtils::SemaphoreWin32::New, ModuleLinks::watchdog(command_.name))
 {
+    // In place of a dialog.
+    command_.variables.emplace_back("STUDIO_DUMP_NO_MSG", "1");
     stop_.reset();
 }
 
@@ -66,6 +68,7 @@ void SupervisedModule::launch(State state, double now)
 {
     killReason_.clear();
     beat_ = {};
+    dumps_ = DumpWatch(command_.program, command_.variables);
     process_ = std::make_unique<Process>(command_.program, command_.arguments, command_.variables);
     number_ = process_->number();
     become(state, failures_ > 0 ? "start " + std::to_string(failures_ + 1) + " of " + std::to_string(rules_.tries) : "");
@@ -105,13 +108,16 @@ void SupervisedModule::endWatching()
 void SupervisedModule::lookAtEnd(const ProcessEnd& end, double now)
 {
     std::string text = killReason_.empty() ? end.toText() : killReason_;
-    // Tools that kill a process on Windows may leave the code of a good end.
+    const std::string dump = dumps_.dumpOf(number_);
+    // Tools that kill a process on Windows may leave the code of a good end, and so does a crash.
     Beat last;
     const bool silent = shm_.look(last) && last.process == number_ && last.ended == 0;
-    if (end.good() && silent) {
+    if (!dump.empty()) {
+        text = "crashed, dump " + dump;
+    } else if (end.good() && silent) {
         text += ", but not by itself";
     }
-    if (end.good() && !silent) {
+    if (end.good() && !silent && dump.empty()) {
         become(State::ended, text);
     } else if (state_ == State::ending) {
         become(State::failed, text);

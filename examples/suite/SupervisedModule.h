@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BeatShm.h"
+#include "DumpWatch.h"
 #include "Process.h"
 
 #include <brvUtils/ipc/EventWin32.h>
@@ -31,14 +32,15 @@ struct SupervisionRules
 };
 
 /// A module in a process of its own that is watched, and started again when it dies. One thread at a time, and always the
-/// same; moments are seconds on a clock of the caller's.
+/// same; moments are seconds on a clock of the caller's. When it crashes no dialog tells the user of the dump, or it would not
+/// be started again before somebody has answered: the note does.
 class SupervisedModule
 {
 public:
     enum class State {
         starting, ///< For the first time; without a sign of life so far.
         alive,
-        dead, ///< Its process has ended without being asked, or gives no sign of life.
+        dead, ///< Its process has ended without being asked, or crashed, or gives no sign of life.
         restarting, ///< As starting, after a death.
         ending, ///< Asked to end.
         ended, ///< By itself or when it was asked, and for good.
@@ -89,6 +91,7 @@ private:
     double now_ = 0.0;
     int failures_ = 0; ///< Starts in a row that did not last.
     std::uint32_t number_ = 0; ///< Of the process, also after its end.
+    DumpWatch dumps_;
     std::unique_ptr<Process> process_; ///< Null when none runs.
     brvUtils::WatchdogServer signal_; ///< The module's, so that nobody waits for one that it gives no more.
     std::unique_ptr<brvUtils::WatchdogClient> watchdog_; ///< From the first news of the process until its end.

@@ -2,6 +2,7 @@
 
 #include "CycleFile.h"
 #include "EgoTrack.h"
+#include "Engine.h"
 #include "VehicleSimulation.h"
 #include "testing/ThisProgram.h"
 
@@ -61,7 +62,8 @@ double leastDistance(const TrafficState& state)
 TEST(TrafficModel, nobodyTouchesAnotherInTenMinutesAroundAnEgoOnItsCycle)
 {
     const auto tree = std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "suite";
-    VehicleSimulation ego(loadCycle(tree / "data/cycles/ece15.txt"));
+    const Engine engine("petrol");
+    VehicleSimulation ego(loadCycle(tree / "data/cycles/ece15.txt"), engine.model());
     TrafficModel model(road, plans);
     model.begin(0.0);
     bool stood = false;

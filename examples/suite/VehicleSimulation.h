@@ -17,8 +17,10 @@ class VehicleSimulation
 public:
     static constexpr double frameLength = 0.005; ///< Simulated seconds.
 
-    explicit VehicleSimulation(DrivingCycle cycle)
+    /// \param engine of the car; has to stay as long as this.
+    VehicleSimulation(DrivingCycle cycle, const EngineModel& engine)
         : cycle_(std::move(cycle))
+        , car_(engine)
     {
     }
 
@@ -34,7 +36,7 @@ public:
     /// One frame. Leaves the stamp of the state alone.
     void step()
     {
-        car_.step(driver_.force(state_.target, state_.speed, frameLength), frameLength);
+        car_.step(driver_.force(state_.target, state_.speed, frameLength), operation().gear, frameLength);
         ++state_.frame;
         state_.time = static_cast<double>(state_.frame) * frameLength;
         state_.speed = car_.speed();

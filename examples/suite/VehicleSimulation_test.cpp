@@ -1,22 +1,28 @@
 #include "VehicleSimulation.h"
 
 #include "CycleFile.h"
+#include "Engine.h"
 #include "testing/ThisProgram.h"
 
 #include <gtest/gtest.h>
 
 using namespace suite;
 
-class VehicleOnCycle : public testing::TestWithParam<const char*>
+/// Engine and cycle.
+class VehicleOnCycle : public testing::TestWithParam<std::tuple<const char*, const char*>>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(All, VehicleOnCycle, testing::Values("data/cycles/ece15.txt", "config/ExtraUrban/data/cycles/eudc.txt"));
+INSTANTIATE_TEST_SUITE_P(All, VehicleOnCycle,
+    testing::Combine(testing::Values("petrol", "diesel", "electric"),
+        testing::Values("data/cycles/ece15.txt", "config/ExtraUrban/data/cycles/eudc.txt")));
 
 TEST_P(VehicleOnCycle, staysWithinTheToleranceOfTheRegulation)
 {
     const auto tree = std::filesystem::u8path(brvTesting::thisProgram()).parent_path() / "suite";
-    VehicleSimulation simulation(loadCycle(tree / GetParam()));
+    const auto& [plugIn, cycle] = GetParam();
+    const Engine engine(plugIn);
+    VehicleSimulation simulation(loadCycle(tree / cycle), engine.model());
     const double tolerance = 2.0 / 3.6;
     const double duration = simulation.cycle().duration();
     const auto frames = std::llround(2 * duration / VehicleSimulation::frameLength);

@@ -5,6 +5,8 @@
 #include "VehicleShm.h"
 #include "VehicleWait.h"
 
+#include <brvUtils/platform/CrashDump.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -107,6 +109,7 @@ int display(const char* me, const Options& options)
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     StopRequest::listen();
     std::string me = "display";
     try {

@@ -8,6 +8,7 @@
 #include "VehicleShm.h"
 #include "VehicleWait.h"
 
+#include <brvUtils/platform/CrashDump.h>
 #include <brvUtils/startup/GenericPath.h>
 
 #include <cstdio>
@@ -112,6 +113,7 @@ int run(const std::string& me, const Options& options)
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     StopRequest::listen();
     std::string me = "recorder";
     try {

@@ -5,6 +5,8 @@
 #include "TrafficShm.h"
 #include "VehicleFollower.h"
 
+#include <brvUtils/platform/CrashDump.h>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -70,5 +72,6 @@ private:
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     return followerMain(argc, argv, "sensor", period, [] { return std::make_unique<Sensor>(); });
 }

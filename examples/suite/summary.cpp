@@ -3,6 +3,7 @@
 #include "SceneCheck.h"
 
 #include <brvUtils/data/DataMatrixFactory.h>
+#include <brvUtils/platform/CrashDump.h>
 
 #include <algorithm>
 #include <cmath>
@@ -139,6 +140,7 @@ bool summarize(const std::string& me, const std::string& file, char separator)
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     StopRequest::listen();
     std::string me = "summary";
     try {

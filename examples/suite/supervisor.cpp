@@ -1,4 +1,5 @@
-/// Starts the modules of the suite, shows how they are, starts again what dies, and ends them all.
+/// Starts the modules of the suite, shows how they are, starts again what dies, tells where the dump of what crashed is, and ends
+/// them all.
 #include "Configuration.h"
 #include "Module.h"
 #include "ModuleList.h"
@@ -6,6 +7,7 @@
 
 #include <Utilities/Clock.h>
 #include <brvUtils/ipc/SemaphoreWin32.h>
+#include <brvUtils/platform/CrashDump.h>
 #include <brvUtils/startup/EnvConfig.h>
 #include <brvUtils/startup/ModulePaths.h>
 #include <brvUtils/time/TimedSemaphore.h>
@@ -144,6 +146,7 @@ int supervise(const std::string& me, const Options& options, const brvUtils::Arg
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     StopRequest::listen();
     std::string me = "supervisor";
     try {

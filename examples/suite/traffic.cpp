@@ -4,6 +4,7 @@
 #include "TrafficShm.h"
 #include "VehicleFollower.h"
 
+#include <brvUtils/platform/CrashDump.h>
 #include <brvUtils/time/FrameTimer.h>
 
 #include <chrono>
@@ -90,5 +91,6 @@ private:
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     return followerMain(argc, argv, "traffic", period, [] { return std::make_unique<Traffic>(); });
 }

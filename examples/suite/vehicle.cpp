@@ -1,11 +1,14 @@
 /// A car that follows a driving cycle and shows its state in shared memory, 200 times in each simulated second.
 #include "Configuration.h"
+#include "Crash.h"
 #include "CycleFile.h"
+#include "Engine.h"
 #include "Heartbeat.h"
 #include "Module.h"
 #include "VehicleShm.h"
 #include "VehicleSimulation.h"
 
+#include <brvUtils/platform/CrashDump.h>
 #include <brvUtils/startup/EnvConfig.h>
 #include <brvUtils/time/FrameTimer.h>
 
@@ -26,13 +29,19 @@ struct Options
     float seconds = 10.0f;
     float speed = 20.0f;
     std::string data;
+    std::string engine;
     std::string explain;
+    std::string crash;
+    float crashAfter = 1.0f;
 };
 
 const char* const flags = "seconds:float:10:How long to drive, in seconds of wall time up to 100000, 0 until stopped;"
                           "speed:float:20:How many times faster than real time, 0.1 to 1000;"
                           "data:file::Driving cycle, or the folder that holds ece15.txt, by default what the configuration says;"
-                          "explain:string::Keyword of the configuration, such as data/cycles: tells its folders and ends;";
+                          "engine:string::Engine, a plug-in in the folder engine beside the library, such as electric, by default what the configuration says;"
+                          "explain:string::Keyword of the configuration, such as data/cycles: tells its folders and ends;"
+                          "crash:string::Crashes on purpose: null, overflow, division, abort, exception or thread. Not when it is started again after it broke off;"
+                          "crashAfter:float:1:Seconds of wall time until then, 0 to 100000;";
 
 constexpr double toKilometresPerHour = 3.6;
 constexpr double tolerance = 0.1; // seconds of wall time that a vehicle may be late at its end
@@ -62,10 +71,12 @@ class Drive
 {
 public:
     /// \param teller name of the module, before a line for each operation of the cycle; null for none.
-    Drive(VehicleSimulation& simulation, VehicleShm& shm, const char* teller)
+    /// \param crash is asked at each beat whether its moment has come.
+    Drive(VehicleSimulation& simulation, VehicleShm& shm, const char* teller, const CrashOnPurpose& crash)
         : simulation_(simulation)
         , shm_(shm)
         , teller_(teller)
+        , crash_(crash)
     {
     }
 
@@ -77,6 +88,7 @@ public:
         timer.run();
         while (heartbeat.wait()) {
             timer.run();
+            crash_.crashWhenDue(timer.getCurrentTime());
             // Counted from the start, so that nothing adds up: after a late beat more frames are due.
             const std::int64_t due = std::min(static_cast<std::int64_t>(timer.getCurrentTime() * framesPerSecond), frames);
             if (!catchUp(due)) {
@@ -138,6 +150,7 @@ private:
     VehicleSimulation& simulation_;
     VehicleShm& shm_;
     const char* teller_;
+    const CrashOnPurpose& crash_;
     std::int64_t behind_ = 0;
     int failures_ = 0; ///< In a row.
     int lost_ = 0;
@@ -146,7 +159,8 @@ private:
 int drive(const char* me, const Options& options, bool verbose)
 {
     const std::filesystem::path place = cyclePlace(options);
-    VehicleSimulation simulation(loadCycle(place));
+    const Engine engine(options.engine.empty() ? moduleSetting("vehicle", "engine") : utf8(options.engine));
+    VehicleSimulation simulation(loadCycle(place), engine.model());
     const DrivingCycle& cycle = simulation.cycle();
     VehicleShm shm;
 
@@ -161,6 +175,7 @@ int drive(const char* me, const Options& options, bool verbose)
     std::printf("%s: configuration %s, cycle %s\n", me, brvUtils::EnvConfig::getCurrentConfiguration().c_str(), place.u8string().c_str());
     std::printf("%s: %s (%.0f s, nominally %.0f m), %g x real time\n", me, cycle.name().c_str(), cycle.duration(),
         cycle.nominalDistance(), static_cast<double>(options.speed));
+    std::printf("%s: engine %s\n", me, engine.model().name());
     if (restarted) {
         std::printf("%s: restarted at 0 s: the vehicle before was broken off at %.1f s\n", me, broken.time);
     }
@@ -168,7 +183,8 @@ int drive(const char* me, const Options& options, bool verbose)
 
     const double rate = options.speed / VehicleSimulation::frameLength;
     const std::int64_t frames = options.seconds > 0 ? std::llround(options.seconds * rate) : std::numeric_limits<std::int64_t>::max();
-    Drive run(simulation, shm, verbose ? me : nullptr);
+    const CrashOnPurpose crash(restarted ? "" : options.crash, options.crashAfter);
+    Drive run(simulation, shm, verbose ? me : nullptr, crash);
     Heartbeat heartbeat(me, beatPeriod(rate));
     const bool good = run.run(heartbeat, rate, frames);
     const char* const ending = StopRequest::received() ? "stopped" : "ended";
@@ -193,6 +209,7 @@ int drive(const char* me, const Options& options, bool verbose)
 
 int main(int argc, char** argv)
 {
+    RegisterDump();
     StopRequest::listen();
     std::string me = "vehicle";
     try {
@@ -201,9 +218,17 @@ int main(int argc, char** argv)
         arguments.addFloatHandler("seconds", options.seconds);
         arguments.addFloatHandler("speed", options.speed);
         arguments.addFileHandler("data", options.data);
+        arguments.addStringHandler("engine", options.engine);
         arguments.addStringHandler("explain", options.explain);
+        arguments.addStringHandler("crash", options.crash);
+        arguments.addFloatHandler("crashAfter", options.crashAfter);
         if (!readCommandLine(arguments, me) || !withinLimits(me, "seconds", options.seconds, 0.0f, 100000.0f)
-            || !withinLimits(me, "speed", options.speed, 0.1f, 1000.0f)) {
+            || !withinLimits(me, "speed", options.speed, 0.1f, 1000.0f)
+            || !withinLimits(me, "crashAfter", options.crashAfter, 0.0f, 100000.0f)) {
+            return 1;
+        }
+        if (!CrashOnPurpose::isKind(options.crash)) {
+            complain(me, "-crash knows no \"" + options.crash + "\"; -h tells what it knows");
             return 1;
         }
         selectConfiguration(arguments);
