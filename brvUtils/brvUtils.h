@@ -41,6 +41,7 @@
 #include "brvUtils/ipc/ShmVersion.h"
 #include "brvUtils/ipc/ShmVmic.h"
 #include "brvUtils/ipc/ShmWin32.h"
+#include "brvUtils/platform/CrashDump.h"
 #include "brvUtils/platform/MachineSetting.h"
 #include "brvUtils/platform/PlugInLoader.h"
 #include "brvUtils/platform/ProcessWin32.h"

@@ -26,8 +26,10 @@ struct _EXCEPTION_POINTERS;
 BRVUTILS_API void RegisterDump();
 
 /// As RegisterDump, but a crash calls the given function, on the thread that crashed or on one made for it. It may call
-/// GenerateDump. What it returns is what happens then: 1 ends the process, 0 leaves the crash to the system, -1 goes on where
-/// it happened. Neither keeps nor calls the function before. Null takes the function away, and the system has its way again.
+/// GenerateDump. What it returns is what happens then: 1 ends the process with the code of its crash (Linux: 128 and the number
+/// of the signal, 139 for SIGSEGV), 0 leaves the crash to the system (Linux: the signal ends the process, with a core file
+/// where these are wanted), -1 goes on where it happened. Neither keeps nor calls the function before. Null takes the function
+/// away, and the system has its way again.
 /// \return whether there was one before.
 BRVUTILS_API bool RegisterDumpCallback(long (*filter)(_EXCEPTION_POINTERS*));
 
