@@ -69,6 +69,9 @@ void addConfig(Commands& commands);
 void addVersion(Commands& commands);
 void addData(Commands& commands);
 void addDoctor(Commands& commands);
+void addIpc(Commands& commands);
+void addPorts(Commands& commands);
+void addJitter(Commands& commands);
 /// @}
 
 } // namespace brvTool
