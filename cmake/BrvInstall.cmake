@@ -49,6 +49,7 @@ configure_package_config_file(cmake/brvUtilsConfig.cmake.in "${PROJECT_BINARY_DI
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/brvUtilsConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/package/brvUtilsConfig.cmake" "${PROJECT_BINARY_DIR}/package/brvUtilsConfigVersion.cmake"
   DESTINATION ${package_folder} COMPONENT development)
+install(FILES cmake/BrvVersionInfo.cmake cmake/BrvVersionInfo.cpp.in cmake/BrvVersionInfo.rc.in DESTINATION ${package_folder} COMPONENT development)
 
 if(NOT MSVC)
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" OUTPUT_VARIABLE package_prefix)

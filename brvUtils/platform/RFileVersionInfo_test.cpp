@@ -69,7 +69,7 @@ TEST_F(RFileVersionInfoTest, SaysWhyThereIsNone)
     EXPECT_EQ(refusal(nowhere), "Unable to compute information for " + nowhere);
     EXPECT_EQ(refusal(""), "Unable to compute information for ");
     EXPECT_EQ(refusal(folder.file()), "Unable to compute information for " + folder.file());
-    for (const std::string& content : {std::string("Just a text.\n"), std::string(), peFile(""), elfFile("")}) {
+    for (const std::string& content : {std::string("Just a text.\n"), std::string(), PeImage().bytes()}) {
         const std::string file = folder.write("text.exe", content);
         EXPECT_EQ(refusal(file), "Unable to compute information for " + file);
     }
@@ -90,6 +90,18 @@ TEST_F(RFileVersionInfoTest, CopiesOutliveWhatTheyWereCopiedFrom)
     }
     EXPECT_EQ(last.key("FileVersion"), "other");
     EXPECT_EQ(last.module(), folder.file("other.dll"));
+}
+
+TEST_F(RFileVersionInfoTest, TheLibraryHasOne)
+{
+    const std::map<std::string, std::string> entries = RFileVersionInfo(BRVUTILS_FILE).key();
+    EXPECT_EQ(entries.at("FileVersion"), BRVUTILS_VERSION);
+    EXPECT_EQ(entries.at("ProductVersion"), BRVUTILS_VERSION);
+    EXPECT_EQ(entries.at("ProductName"), "brvUtils");
+    EXPECT_EQ(entries.at("InternalName"), "brvUtils");
+    EXPECT_NE(entries.at("OriginalFilename").find("brvUtils."), std::string::npos);
+    EXPECT_EQ(entries.at("FileDescription"), "Shared library of a distributed driving-simulation suite");
+    EXPECT_EQ(entries.at("Comments"), "");
 }
 
 TEST_F(RFileVersionInfoTest, NamesOfFilesAreUtf8)

@@ -8,6 +8,8 @@
 #include <brvUtils/ipc/SemaphoreWin32.h>
 #include <brvUtils/ipc/ShmAble.h>
 #include <brvUtils/ipc/ShmWin32.h>
+#include <brvUtils/platform/RFileVersionInfo.h>
+#include <brvUtils/startup/ModulePaths.h>
 
 #include <cstdio>
 #include <cstring>
@@ -48,11 +50,22 @@ bool throwsAcrossTheBorder()
     return false;
 }
 
+/// The version that the build gave to this program.
+bool knowsItsVersion()
+{
+    const brvUtils::RFileVersionInfo version(brvUtils::GetModuleFilePath());
+    return version.key("FileVersion") == "2.3.4.5" && version.key("Comments") == "\xC3\xA9, \xE5\x88\xB6\xE5\x8B\x95" &&
+        version.key()["ProductName"] == "consumer";
+}
+
 } // namespace
 
 // consumer NAME: the name is one that no other program uses.
 int main(int argc, char** argv)
 {
+    if (!knowsItsVersion()) {
+        return 4;
+    }
     if (argc != 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || getMajorVersion() != 1 || getMinorVersion() < 6) {
         return 1;
     }

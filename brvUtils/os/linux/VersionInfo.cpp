@@ -1,7 +1,7 @@
 #include "brvUtils/os/VersionInfo.h"
 
 #include "brvUtils/os/linux/ElfSection.h"
-#include "brvUtils/os/linux/PeResource.h"
+#include "brvUtils/os/PeResource.h"
 
 #include <algorithm>
 #include <limits>
@@ -35,7 +35,7 @@ bool readVersionInfo(const std::string& file, std::uint32_t size, std::string& d
     InputFile input;
     const FilePart part = versionResource(file, input);
     data.assign(std::min(size, longestBlock), '\0');
-    return part.size >= data.size() && readWhole(input, part.offset, data.data(), data.size());
+    return part.size >= data.size() && isWithin(input, part) && readWhole(input, part.offset, data.data(), data.size());
 }
 
 } // namespace brvUtils::os

@@ -1,4 +1,4 @@
-#include "brvUtils/os/linux/PeResource.h"
+#include "brvUtils/os/PeResource.h"
 
 #include <vector>
 
@@ -82,15 +82,17 @@ public:
     /// The same of the description of data.
     bool data(std::uint32_t id, std::uint32_t& offset) const { return find(id, false, offset); }
 
-    /// That of the first description of data.
-    bool firstData(std::uint32_t& offset) const
+    /// Those of all descriptions of data, in their order.
+    std::vector<std::uint32_t> allData() const
     {
+        std::vector<std::uint32_t> all;
+        std::uint32_t offset = 0;
         for (std::size_t i = 0; i < entries_.size(); i += entrySize) {
             if (matches(i, false, offset)) {
-                return true;
+                all.push_back(offset);
             }
         }
-        return false;
+        return all;
     }
 
 private:
@@ -118,32 +120,69 @@ private:
     std::vector<char> entries_;
 };
 
+/// The directory of a version resource's languages.
+struct Languages
+{
+    Sections sections;
+    std::uint64_t tree = 0;
+    Directory directory;
+
+    bool read(const InputFile& file)
+    {
+        std::uint32_t offset = 0;
+        // Three steps, whatever the tree says: one that loops leads nowhere.
+        return readHeaders(file, sections) && findAddress(file, sections, sections.resources, tree) && directory.read(file, tree, 0) &&
+            directory.directory(versionType, offset) && directory.read(file, tree, offset) &&
+            directory.directory(versionName, offset) && directory.read(file, tree, offset);
+    }
+
+    /// What a description of data tells. False when it is not within the file, or no section has the address.
+    bool data(const InputFile& file, std::uint32_t offset, FilePart& part) const
+    {
+        FileHeader<16> data;
+        if (!data.read(file, tree + offset) || !findAddress(file, sections, data.u32(0), part.offset)) {
+            return false;
+        }
+        part.size = data.u32(4);
+        return true;
+    }
+};
+
 } // namespace
 
 FilePart peVersionResource(const InputFile& file)
 {
-    Sections sections;
-    std::uint64_t tree = 0;
-    if (!readHeaders(file, sections) || !findAddress(file, sections, sections.resources, tree)) {
+    Languages languages;
+    if (!languages.read(file)) {
         return {};
     }
-    Directory directory;
     std::uint32_t offset = 0;
-    // Three steps, whatever the tree says: one that loops leads nowhere.
-    if (!directory.read(file, tree, 0) || !directory.directory(versionType, offset) || !directory.read(file, tree, offset) ||
-        !directory.directory(versionName, offset) || !directory.read(file, tree, offset)) {
-        return {};
+    if (!languages.directory.data(neutral, offset) && !languages.directory.data(americanEnglish, offset)) {
+        const std::vector<std::uint32_t> all = languages.directory.allData();
+        if (all.empty()) {
+            return {};
+        }
+        offset = all.front();
     }
-    if (!directory.data(neutral, offset) && !directory.data(americanEnglish, offset) && !directory.firstData(offset)) {
-        return {};
-    }
-    FileHeader<8> data;
     FilePart part;
-    if (!data.read(file, tree + offset) || !findAddress(file, sections, data.u32(0), part.offset)) {
-        return {};
+    return languages.data(file, offset, part) ? part : FilePart();
+}
+
+PeTree peVersionTree(const InputFile& file)
+{
+    Languages languages;
+    if (!languages.read(file)) {
+        return PeTree::none;
     }
-    part.size = data.u32(4);
-    return part;
+    bool isWhole = true;
+    for (const std::uint32_t offset : languages.directory.allData()) {
+        FilePart part;
+        if (!languages.data(file, offset, part)) {
+            return PeTree::none;
+        }
+        isWhole = isWhole && isWithin(file, part);
+    }
+    return isWhole ? PeTree::withTheData : PeTree::toTheData;
 }
 
 } // namespace brvUtils::os

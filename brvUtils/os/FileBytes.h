@@ -16,11 +16,17 @@ struct FilePart
     std::uint64_t size = 0;
 };
 
+/// Whether a part lies in the file, as large as that was when it was opened.
+inline bool isWithin(const InputFile& file, const FilePart& part)
+{
+    return part.offset <= file.size() && part.size <= file.size() - part.offset;
+}
+
 /// Reads just so many bytes. False when the file does not hold them all.
 inline bool readWhole(const InputFile& file, std::uint64_t offset, void* to, std::size_t count)
 {
     std::size_t got = 0;
-    return offset <= file.size() && count <= file.size() - offset && file.read(offset, to, count, got) == error::none && got == count;
+    return isWithin(file, {offset, count}) && file.read(offset, to, count, got) == error::none && got == count;
 }
 
 /// A header of so many bytes, and the numbers in it.
