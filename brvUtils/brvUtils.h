@@ -59,6 +59,7 @@
 #include "brvUtils/time/IThread.h"
 #include "brvUtils/time/ITimer.h"
 #include "brvUtils/time/ThreadAction.h"
+#include "brvUtils/time/ThreadStanding.h"
 #include "brvUtils/time/ThreadWin32.h"
 #include "brvUtils/time/TimeFrame.h"
 #include "brvUtils/time/TimedSemaphore.h"

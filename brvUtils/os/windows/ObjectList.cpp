@@ -94,7 +94,9 @@ ObjectList listObjects()
     }
     const auto bytes = static_cast<USHORT>(directoryName.size() * sizeof(wchar_t));
     UNICODE_STRING name{bytes, bytes, directoryName.data()};
-    OBJECT_ATTRIBUTES attributes{sizeof attributes, nullptr, &name, 0, nullptr, nullptr};
+    OBJECT_ATTRIBUTES attributes{};
+    attributes.Length = sizeof attributes;
+    attributes.ObjectName = &name;
     HANDLE opened = nullptr;
     if (queries.openDirectory(&opened, ObjectQueries::queryDirectory, &attributes) != success) {
         list.error = error::accessDenied;
