@@ -1,5 +1,7 @@
-// crasher WAY [ARGUMENT]: a program that crashes in the way that is asked for, for tests of what is left behind.
+// crasher WAY [ARGUMENT] [NAME=VALUE]...: a program that crashes in the way that is asked for, for tests of what is left behind.
+// The variables are set in time; that of the user's name does not reach a program otherwise under Wine.
 
+#include "brvUtils/os/Environment.h"
 #include "brvUtils/os/Thread.h"
 #include "brvUtils/platform/CrashDump.h"
 
@@ -140,6 +142,13 @@ const std::map<std::string, std::function<void()>> ways{
 
 int main(int count, char** arguments)
 {
+    for (int i = 2; i < count; ++i) {
+        const std::string argument = arguments[i];
+        const std::size_t equals = argument.find('=');
+        if (equals != std::string::npos) {
+            os::setEnvironmentVariable(argument.substr(0, equals), argument.substr(equals + 1));
+        }
+    }
     RegisterDump();
     const auto way = ways.find(count > 1 ? arguments[1] : "");
     if (way == ways.end()) {
