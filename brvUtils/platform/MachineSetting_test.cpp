@@ -158,7 +158,7 @@ BRV_CHILD(storesItsNumber)
 
 TEST_F(MachineSetting, IsThatOfOneOfManyProcesses)
 {
-    constexpr int rounds = 3;
+    constexpr int rounds = 1;
     for (int round = 0; round < rounds; ++round) {
         const std::string subKey = key + "\\" + std::to_string(round);
         std::vector<std::unique_ptr<Child>> children;

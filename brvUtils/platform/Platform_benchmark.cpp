@@ -1,5 +1,6 @@
 #include "brvUtils/core/FileNames.h"
 #include "brvUtils/os/linux/BareProcessCalls.h"
+#include "brvUtils/platform/CrashDump.h"
 #include "brvUtils/platform/MachineSetting.h"
 #include "brvUtils/platform/PlugInLoader.h"
 #include "brvUtils/platform/ProcessWin32.h"
@@ -14,11 +15,13 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
-// What the services of the system cost: loading a plug-in, looking for a program, reading a setting.
+// What the services of the system cost: loading a plug-in, looking for a program, reading a setting, writing a dump.
 
 namespace {
 
@@ -98,6 +101,30 @@ BenchmarkRow settingRow()
     return { "read a setting", "us", times[0] / 1e3, {}, times[1] / 1e3 };
 }
 
+/// Of a process with the threads and libraries of a module of the suite. The bare work is to write as many bytes to a file.
+BenchmarkRow dumpRow()
+{
+    const TemporaryFolder folder;
+    std::promise<void> end;
+    const std::shared_future<void> wait = end.get_future().share();
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([wait] { wait.wait(); });
+    }
+    const std::string dump = folder.file("of-this-process.dmp");
+    check(GenerateDump(dump, nullptr), "no dump can be written");
+    const std::string bytes = folder.read("of-this-process.dmp");
+    const std::vector<double> times = measure({
+        { "ours", [&] { check(GenerateDump(dump, nullptr), "no dump can be written"); } },
+        { "bare", [&] { folder.write("copy.dmp", bytes); } },
+    });
+    end.set_value();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    return { "dump of a process of 9 threads", "ms", times[0] / 1e6, {}, times[1] / 1e6 };
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -108,6 +135,7 @@ int main(int argc, char** argv)
     BenchmarkTable table(argc, argv);
     table.add(plugInRow());
     table.add(settingRow());
+    table.add(dumpRow());
     table.add(isLaunchedRow());
     return table.finish();
 }
