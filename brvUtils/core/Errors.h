@@ -15,6 +15,7 @@ namespace brvUtils {
 class BRVUTILS_API ConfigurationError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit ConfigurationError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -22,6 +23,7 @@ public:
 class BRVUTILS_API CommandLineError : public ConfigurationError
 {
 public:
+    /// \param message for `what()`.
     explicit CommandLineError(const std::string& message) : ConfigurationError(message) {}
 };
 
@@ -29,6 +31,7 @@ public:
 class BRVUTILS_API ConfigSyntaxError : public ConfigurationError
 {
 public:
+    /// \param message for `what()`.
     explicit ConfigSyntaxError(const std::string& message) : ConfigurationError(message) {}
 };
 
@@ -36,6 +39,7 @@ public:
 class BRVUTILS_API KeyError : public ConfigurationError
 {
 public:
+    /// \param message for `what()`.
     explicit KeyError(const std::string& message) : ConfigurationError(message) {}
 };
 
@@ -43,6 +47,7 @@ public:
 class BRVUTILS_API FileError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit FileError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -50,6 +55,7 @@ public:
 class BRVUTILS_API PluginError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit PluginError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -57,6 +63,7 @@ public:
 class BRVUTILS_API NetworkError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit NetworkError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -64,6 +71,7 @@ public:
 class BRVUTILS_API NetworkBadHostError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit NetworkBadHostError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -71,6 +79,7 @@ public:
 class BRVUTILS_API PrecessNotFoundError : public NetworkError
 {
 public:
+    /// \param message for `what()`.
     explicit PrecessNotFoundError(const std::string& message) : NetworkError(message) {}
 };
 
@@ -78,6 +87,7 @@ public:
 class BRVUTILS_API ProgramFlowError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit ProgramFlowError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -85,6 +95,7 @@ public:
 class BRVUTILS_API ProgrammingError : public std::logic_error
 {
 public:
+    /// \param message for `what()`.
     explicit ProgrammingError(const std::string& message) : std::logic_error(message) {}
 };
 
@@ -92,6 +103,7 @@ public:
 class BRVUTILS_API SynchroError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit SynchroError(const std::string& message) : std::runtime_error(message) {}
 };
 
@@ -99,6 +111,7 @@ public:
 class BRVUTILS_API ShmSynchroError : public SynchroError
 {
 public:
+    /// \param message for `what()`.
     explicit ShmSynchroError(const std::string& message) : SynchroError(message) {}
 };
 
@@ -106,6 +119,7 @@ public:
 class BRVUTILS_API SemaphoreSynchroError : public SynchroError
 {
 public:
+    /// \param message for `what()`.
     explicit SemaphoreSynchroError(const std::string& message) : SynchroError(message) {}
 };
 
@@ -113,6 +127,7 @@ public:
 class BRVUTILS_API SystemRessourcesError : public std::runtime_error
 {
 public:
+    /// \param message for `what()`.
     explicit SystemRessourcesError(const std::string& message) : std::runtime_error(message) {}
 };
 

@@ -20,17 +20,21 @@ BRVUTILS_API std::string getPath(const std::string& path);
 
 /// Leaves what follows the last separator.
 BRVUTILS_API void removePath(std::string& path);
+/// The same.
 BRVUTILS_API void removePath(char* path);
 
 /// Cuts the last dot and what follows it, unless a separator follows the dot. A name whose only dot is its first
 /// character becomes empty.
 BRVUTILS_API void removeExtension(std::string& path);
+/// The same.
 BRVUTILS_API void removeExtension(char* path);
 
 /// Stores what starts at the last dot, or an empty text if there is no dot. Kept for callers: separators are not looked
 /// at, so that "dir.v2/file" has the extension ".v2/file".
 BRVUTILS_API void getExtension(const std::string& path, std::string& extension);
+/// The same.
 BRVUTILS_API void getExtension(const std::wstring& path, std::wstring& extension);
+/// The same.
 BRVUTILS_API void getExtension(const char* path, char* extension);
 
 /// What follows the last `/`. A path without `/` comes back whole, with every `\` turned into `/` (kept for callers).

@@ -13,6 +13,7 @@ namespace brvUtils::Parsers {
 /// A text does not follow its grammar. The message is what came before the fault, and a caret.
 struct BRVUTILS_API ParseError : std::runtime_error
 {
+    /// \param beforeFault the text up to the fault.
     explicit ParseError(const std::string& beforeFault) : std::runtime_error(beforeFault + "^") {}
 };
 

@@ -10,8 +10,9 @@
 
 namespace brvUtils {
 
-/// A copy in which every byte went through the C library's `toupper` or `tolower`.
+/// A copy in which every byte went through the C library's `toupper`.
 BRVUTILS_API std::string toupper(const std::string& text);
+/// The same with `tolower`.
 BRVUTILS_API std::string tolower(const std::string& text);
 
 /// True when both texts are the same in upper case. Tells equality only, no order.

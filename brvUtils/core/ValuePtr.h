@@ -10,15 +10,19 @@ template <typename T>
 class ValuePtr
 {
 public:
+    /// Null.
     ValuePtr() = default;
 
     /// Takes ownership of `pointee`, which may be null.
     explicit ValuePtr(T* pointee) noexcept : pointee_(pointee) {}
 
+    /// Clones.
     ValuePtr(const ValuePtr& other) : pointee_(other.pointee_ != nullptr ? other.pointee_->clone() : nullptr) {}
+    /// Leaves `other` null.
     ValuePtr(ValuePtr&& other) noexcept : pointee_(std::exchange(other.pointee_, nullptr)) {}
     ~ValuePtr() { delete pointee_; }
 
+    /// Destroys its own pointee and takes the clone, or what was moved.
     ValuePtr& operator=(ValuePtr other) noexcept
     {
         std::swap(pointee_, other.pointee_);
@@ -27,8 +31,11 @@ public:
 
     /// The pointee, still owned by this pointer.
     T* get() const noexcept { return pointee_; }
+    /// The pointee, which must be there.
     T& operator*() const noexcept { return *pointee_; }
+    /// The same.
     T* operator->() const noexcept { return pointee_; }
+    /// Whether there is a pointee.
     explicit operator bool() const noexcept { return pointee_ != nullptr; }
 
 private:

@@ -27,6 +27,7 @@ public:
     /// Integers are parsed as by strtol and clamped to 32 bits, doubles as by strtod, the locale playing no part.
     ///
     /// Large files are parsed by several threads, to the same result.
+    /// \param fileName UTF-8.
     /// \param wantedColumns names of the columns to take; none stands for all.
     /// \return false when the file cannot be opened, or the progress function stopped the loading. Malformed values are no
     ///         failure.

@@ -29,31 +29,35 @@ public:
         virtual bool getData(size_t row, std::string& out) const = 0;
         /// The same; doubles are cut towards zero, and to the limits of int. What is no number becomes 0.
         virtual bool getData(size_t row, int& out) const = 0;
+        /// The same, for a column of doubles.
         virtual bool getData(size_t row, double& out) const = 0;
 
         /// All values, one behind the other, until something is added. Null when the column is empty or has another type.
         virtual double const* getDoubleData() const = 0;
+        /// The same.
         virtual int const* getIntData() const = 0;
+        /// The same.
         virtual std::string const* getStringData() const = 0;
 
         /// Appends a value. False, and the value is dropped, when the column has another type.
         virtual bool add(std::string const& value) = 0;
+        /// The same.
         virtual bool add(int value) = 0;
+        /// The same.
         virtual bool add(double value) = 0;
 
         /// How many values there are.
         virtual size_t size() const = 0;
 
-        std::string name;
+        std::string name; ///< By which the table finds it.
     };
 
     template <typename Value>
     class TypedDataCol;
 
-    /// The columns that there are.
-    using DoubleDataCol = TypedDataCol<double>;
-    using IntDataCol = TypedDataCol<int>;
-    using StringDataCol = TypedDataCol<std::string>;
+    using DoubleDataCol = TypedDataCol<double>; ///< A column of doubles.
+    using IntDataCol = TypedDataCol<int>; ///< A column of integers.
+    using StringDataCol = TypedDataCol<std::string>; ///< A column of texts.
 
     /// Told now and then how many bytes of how many are done, at the end all of them; false stops the loading.
     using Progress = std::function<bool(uint64_t done, uint64_t total)>;
@@ -66,6 +70,7 @@ public:
 
     /// Copies share the columns of the original, and whichever is destroyed first deletes them: kept for callers.
     DataMatrix(DataMatrix const&);
+    /// The same. The columns that it had stay, and nobody deletes them.
     DataMatrix& operator=(DataMatrix const&);
 
     /// Fills the table from a file.
@@ -100,16 +105,19 @@ public:
 
     /// A value. False, and `out` stays as it is, when column or row is not there, or the column does not give that type.
     bool getData(size_t column, size_t row, double& out) const;
+    /// The same.
     bool getData(size_t column, size_t row, int& out) const;
+    /// The same.
     bool getData(size_t column, size_t row, std::string& out) const;
 
 protected:
     /// For readers: deletes all columns.
     void clear();
 
+    /// Where a column is.
     struct ColumnPlace
     {
-        DataCol* column;
+        DataCol* column; ///< Not owned.
         size_t index; ///< In `columns`.
     };
 
@@ -127,10 +135,10 @@ protected:
     /// For readers. \return false when the loading is to stop.
     bool report(uint64_t done, uint64_t total) const;
 
-    std::string fileName;
+    std::string fileName; ///< The path last given to load.
     std::vector<std::string> extraNames; ///< Of no use so far: kept for callers.
     std::vector<DataCol*> columns; ///< Owned.
-    std::map<std::string, ColumnPlace> columnIndex;
+    std::map<std::string, ColumnPlace> columnIndex; ///< By name; of several the one that came last.
 
 private:
     static int toInt(double value);
@@ -167,7 +175,7 @@ public:
 
     size_t size() const override { return values.size(); }
 
-    std::vector<Value> values;
+    std::vector<Value> values; ///< One per row.
 
 private:
     template <typename Wanted>

@@ -13,6 +13,7 @@ class BRVUTILS_API MatDataFile : public DataMatrix
 {
 public:
     /// Fills the table. Where the file cannot be opened it stays as it is.
+    /// \param fileName UTF-8.
     /// \param wantedColumns names of the variables to take; none stands for all.
     /// \return true; false when the progress function stopped the loading.
     /// \throw std::out_of_range "Error opening : <file>" when that failed, or "failed to find <variable> class type. The

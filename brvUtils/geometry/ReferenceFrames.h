@@ -36,7 +36,7 @@ private:
 class BRVUTILS_API RelativePosition
 {
 public:
-    /// \param localBase the frame, not owned; null counts as the global one.
+    /// \param localBase the frame, not owned; null counts as the global one. \param place the pose within it.
     RelativePosition(Base* localBase, brv::Mark place);
 
     /// The pose within the local base.

@@ -34,7 +34,8 @@ BRVUTILS_API void computeBisectriceAndNormal(brv::Vector2 u, brv::Vector2 v, brv
 BRVUTILS_API bool onCSide(brv::Vector2 a, brv::Vector2 b, brv::Vector2 c, brv::Vector2 p);
 
 /// Turns a vector from the frame of a body to that of the world, R = Rz(heading) * Ry(pitch) * Rx(roll).
-/// \param angles heading, pitch, roll; not changed.
+/// \param v in the frame of the body. \param angles heading, pitch, roll; not changed.
+/// \return the vector in the frame of the world.
 BRVUTILS_API brv::Vector3 applyAngles(brv::Vector3 v, brv::Vector3& angles);
 
 /// The other way: undoes applyAngles.

@@ -31,6 +31,8 @@ class BRVUTILS_API CompositeShm
 public:
     /// Makes or opens the segment "<name>_<version>_<user>"; blocks while another process does the same. Says on the
     /// standard output what it does.
+    /// \param shmFactory makes the segment: newShm where the configuration decides, ShmWin32::New for memory of this computer.
+    /// \param semaphoreFactory makes the locks: SemaphoreWin32::New does. \param name not null.
     /// \param size bytes of all parts together.
     /// \param version of the layout. \param shmVersion appended to the segment's name by the factory.
     /// \throw ConfigurationError when the segment holds another layout version (the text ends with "Program will end.\n"),
@@ -50,21 +52,23 @@ protected:
     bool addPart(ShmAble& part);
 
     /// Writes the part's value to the segment.
-    /// \param timeout for its lock, in seconds as for ISemaphore::ask.
+    /// \param part registered. \param timeout for its lock, in seconds as for ISemaphore::ask.
     /// \return false when the part is not registered or its lock could not be had; nothing is written then.
     bool put(ShmAble& part, double timeout);
 
     /// Reads the part's value from the segment.
-    /// \param timeout for its lock, in seconds as for ISemaphore::ask.
+    /// \param part registered. \param timeout for its lock, in seconds as for ISemaphore::ask.
     /// \return false when the part is not registered or its lock could not be had. True also when the segment refused the
     ///         read (IShm::beforeRead); the value is then unchanged.
     bool get(ShmAble& part, double timeout);
 
-    /// As put and get, for a caller that holds the part through getAccess. `timeout` is ignored.
+    /// As put, for a caller that holds the part through getAccess. `timeout` is ignored.
     bool putWithoutProtect(ShmAble& part, double timeout);
+    /// As get, in the same way.
     bool getWithoutProtect(ShmAble& part, double timeout);
 
-    /// Takes the part's lock, to change the part in several steps. \param timeout in seconds. \return whether it was had.
+    /// Takes the part's lock, to change the part in several steps. \param part registered. \param timeout in seconds.
+    /// \return whether it was had.
     bool getAccess(ShmAble& part, double timeout);
 
     /// Gives the part's lock back. \return false when the part is not registered or was not locked.
@@ -83,8 +87,9 @@ protected:
     /// The layout version.
     short getShmVersion() const;
 
-    /// The factories that the constructor was given.
+    /// What makes segments, as the constructor was given it.
     ShmFactory getShmFactory() const;
+    /// What makes locks, in the same way.
     SemaphoreFactory getSemaphoreFactory() const;
 
     /// Whether this process made the segment.

@@ -16,7 +16,7 @@ class Lock;
 /// Who has a port.
 struct PortHolder
 {
-    unsigned short port = 0;
+    unsigned short port = 0; ///< From 25099 to 25300.
     std::uint32_t process = 0; ///< Its number.
     std::string program; ///< File name of its executable in UTF-8; empty when it has ended or the system does not tell.
     bool alive = false; ///< One that has ended keeps its ports until somebody asks for some, or gives some back.

@@ -24,8 +24,11 @@ public:
     /// (buildKeyWithInstance). On failure prints "ERROR opening/creating EventWin32: <qualified name>" to the standard
     /// output.
     /// \param name never null; with the instance 1 to 259 bytes.
+    /// \param manualReset, initiallySet its kind and state when this call makes it.
     EventWin32(char const* name, bool manualReset, bool initiallySet);
+    /// Carries the same handle, see above.
     EventWin32(const EventWin32&) = default;
+    /// The same. The handle that it had is not closed.
     EventWin32& operator=(const EventWin32&) = default;
 
     /// Closes the handle.

@@ -26,6 +26,7 @@ struct ObjectUser
 /// One semaphore, event or segment.
 struct NamedObject
 {
+    /// What it is.
     enum class Kind { semaphore, event, segment };
 
     /// What an object serves for, as far as its name tells.
@@ -46,8 +47,8 @@ struct NamedObject
         ended ///< Its taker has ended, or has closed all it had open, without freeing it.
     };
 
-    Kind kind = Kind::semaphore;
-    Role role = Role::other;
+    Kind kind = Kind::semaphore; ///< What it is.
+    Role role = Role::other; ///< What it serves for.
     std::string name; ///< As the system knows it: instance first, on Windows in the process's 8-bit code page.
     std::string segment; ///< Of the locks of a composite segment: its name, be it among the objects or on a card.
     int part = 0; ///< Of a partLock: the identifier of the part; -2 is the version record.
@@ -73,6 +74,7 @@ struct NamedObject
 /// All of them.
 struct NamedObjects
 {
+    /// How looking went.
     enum class Outcome {
         seen,
         none, ///< Nobody has an object open here.
@@ -82,7 +84,7 @@ struct NamedObjects
         unavailable ///< The system does not let this process look.
     };
 
-    Outcome outcome = Outcome::seen;
+    Outcome outcome = Outcome::seen; ///< How looking went. Only after seen there are objects.
     std::string place; ///< Where they live: a folder, or the system's directory of the session. UTF-8.
     std::string problem; ///< A sentence for people, behind which stands what to do; empty after seen and none.
     std::vector<NamedObject> objects; ///< By name.

@@ -67,10 +67,10 @@ enum class Event : std::int32_t {
 struct EventInfo
 {
     std::uint32_t data; ///< The word that was sent along.
-    Event event;
+    Event event; ///< Which one it was.
     std::uint32_t timeout; ///< Milliseconds; of waits alone.
     Node node; ///< The sender.
-    void* driverOwn;
+    void* driverOwn; ///< The driver's.
 };
 static_assert(offsetof(EventInfo, event) == 4 && offsetof(EventInfo, timeout) == 8 && offsetof(EventInfo, node) == 12);
 static_assert(sizeof(void*) != 8 || (offsetof(EventInfo, driverOwn) == 16 && sizeof(EventInfo) == 24));

@@ -28,7 +28,9 @@ public:
     /// \param initiallyFree its state when this call makes it.
     /// \param withInstance whether the name is qualified by the instance of the suite (buildKeyWithInstance).
     SemaphoreWin32(char const* name, bool initiallyFree, bool withInstance);
+    /// Carries the same handle, see above.
     SemaphoreWin32(const SemaphoreWin32&) = default;
+    /// The same. The handle that it had is not closed.
     SemaphoreWin32& operator=(const SemaphoreWin32&) = default;
 
     /// Closes the handle. Frees nothing.
@@ -49,7 +51,7 @@ public:
 
     /// As ask, for a semaphore that serves as a lock: one that its taker left behind when its process ended is freed.
     /// An unlimited wait looks for that once a second. On Windows, where the system does not tell, it is the same as ask.
-    /// \param deadTaker where a description of the ended process goes, when there was one.
+    /// \param timeout in seconds. \param deadTaker where a description of the ended process goes, when there was one.
     LockOutcome askAsLock(double timeout, std::string& deadTaker);
 
     /// Makes one as the constructor does; the caller owns it. Null when memory is short.

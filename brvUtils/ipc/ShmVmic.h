@@ -36,7 +36,7 @@ class BRVUTILS_API ShmVmic : public IShm
 public:
     /// Opens the card and says on the standard output what it found. A segment that cannot be had has a null getPtr(), and
     /// the error stream says why.
-    /// \param name not null; versions above 0 are appended to it as "_<version>".
+    /// \param name not null. \param version above 0 is appended to it as "_<version>".
     /// \param size bytes. The card has to have 1024 more, for the checksums.
     /// \param config with the section of the segment selected. It is asked for "BaseAddress", where the segment starts on the
     ///        card (hexadecimal, with or without 0x); "Interrupt", 1 to 4, by which nodes tell each other of writes, or 0 when
@@ -69,6 +69,7 @@ public:
     bool addPaddingBytes(size_t count) override;
 
     /// Of a part from 256 on, or one that does not lie within the segment, the error stream is told.
+    /// \param index of the part. \param offset, size bytes, within the segment.
     /// \param semaphore not owned; null when the part is no longer to be refreshed by interrupts, which is true on return.
     void describePart(int index, size_t offset, size_t size, ISemaphore* semaphore) override;
 

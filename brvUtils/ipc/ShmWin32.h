@@ -19,7 +19,7 @@ class BRVUTILS_API ShmWin32 : public IShm
 public:
     /// Opens the segment of that name, or makes it, and says on the standard output which of them happened, or the
     /// system's code of the failure.
-    /// \param name never null. Versions above 0 are appended to it as "_<version>", so that programs built for different
+    /// \param name never null. \param version above 0 is appended to it as "_<version>", so that programs built for different
     ///        layouts do not meet.
     /// \param size bytes, 1 to 4 GiB - 1; an existing segment must have at least as many, counted in whole pages.
     /// \param withInstance whether the name is qualified by the instance of the suite (buildKeyWithInstance).

@@ -28,6 +28,7 @@ protected:
     /// \param pluginFolder set to the folder of plug-ins, with a `\` before and behind `subdirectory` on every system, as
     ///        functions of this library take it.
     /// \param libraryFolder set to the folder of this library, without a separator at its end.
+    /// \param subdirectory as for the constructor.
     /// \return false, with both as they were, when the system does not tell where this library lies.
     static bool getDirectories(std::string& pluginFolder, std::string& libraryFolder, const std::string& subdirectory);
 

@@ -23,6 +23,7 @@ public:
 
     /// Copies share what was read.
     RFileVersionInfo(const RFileVersionInfo&) = default;
+    /// The same.
     RFileVersionInfo& operator=(const RFileVersionInfo&) = default;
     virtual ~RFileVersionInfo();
 

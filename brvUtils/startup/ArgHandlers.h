@@ -8,6 +8,7 @@
 /// handler and its clones. The parser makes and owns them; a module adds flags through the parser and need not name them.
 namespace brvUtils::privateArgParser {
 
+/// What all of them have in common.
 class BRVUTILS_API Handler
 {
 public:
@@ -26,9 +27,11 @@ public:
     /// for the kinds that have none; otherwise `ProgrammingError`.
     virtual void process(const std::string& value, bool checkDefault) = 0;
 
+    /// The flag's text without its hyphen.
     const std::string& getFlag() const { return flag_; }
 
 protected:
+    /// For clones, which are bound to the same variables.
     Handler(const Handler&) = default;
 
 private:
@@ -39,6 +42,7 @@ private:
 class BRVUTILS_API BooleanHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param variable where the value goes; not owned.
     BooleanHandler(const std::string& flag, bool& variable) : Handler(flag), variable_(variable) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -52,6 +56,7 @@ private:
 class BRVUTILS_API StringHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param variable where the value goes; not owned.
     StringHandler(const std::string& flag, std::string& variable) : Handler(flag), variable_(variable) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -65,6 +70,7 @@ private:
 class BRVUTILS_API FileHandler : public StringHandler
 {
 public:
+    /// As that of StringHandler.
     using StringHandler::StringHandler;
     Handler* clone() const override;
     std::string getType() const override;
@@ -74,6 +80,7 @@ public:
 class BRVUTILS_API DirHandler : public StringHandler
 {
 public:
+    /// As that of StringHandler.
     using StringHandler::StringHandler;
     Handler* clone() const override;
     std::string getType() const override;
@@ -83,6 +90,7 @@ public:
 class BRVUTILS_API IntHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param variable where the value goes; not owned.
     IntHandler(const std::string& flag, int& variable) : Handler(flag), variable_(variable) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -96,6 +104,7 @@ private:
 class BRVUTILS_API FloatHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param variable where the value goes; not owned.
     FloatHandler(const std::string& flag, float& variable) : Handler(flag), variable_(variable) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -110,6 +119,7 @@ private:
 class BRVUTILS_API InetHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param variable where the address goes; not owned.
     InetHandler(const std::string& flag, unsigned int& variable) : Handler(flag), variable_(variable) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -123,6 +133,8 @@ private:
 class BRVUTILS_API GUIXYHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param separator between both numbers. \param given set to true by a value.
+    /// \param first, second where the numbers go. The variables are not owned.
     GUIXYHandler(const std::string& flag, char separator, bool& given, int& first, int& second)
         : Handler(flag), separator_(separator), given_(given), first_(first), second_(second)
     {
@@ -140,6 +152,7 @@ private:
 class BRVUTILS_API GUIPosHandler : public GUIXYHandler
 {
 public:
+    /// \param flag without its hyphen. \param given set to true by a value. \param x, y where it goes. The variables are not owned.
     GUIPosHandler(const std::string& flag, bool& given, int& x, int& y) : GUIXYHandler(flag, '+', given, x, y) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -149,6 +162,8 @@ public:
 class BRVUTILS_API GUISizeHandler : public GUIXYHandler
 {
 public:
+    /// \param flag without its hyphen. \param given set to true by a value. \param width, height where it goes. The variables
+    ///        are not owned.
     GUISizeHandler(const std::string& flag, bool& given, int& width, int& height) : GUIXYHandler(flag, 'x', given, width, height) {}
     Handler* clone() const override;
     std::string getType() const override;
@@ -158,6 +173,7 @@ public:
 class BRVUTILS_API HelpHandler : public Handler
 {
 public:
+    /// As that of Handler.
     using Handler::Handler;
     Handler* clone() const override;
     std::string getType() const override;
@@ -170,6 +186,7 @@ public:
 class BRVUTILS_API ProcessorHandler : public Handler
 {
 public:
+    /// \param flag without its hyphen. \param processor where the value goes; not owned.
     ProcessorHandler(const std::string& flag, int& processor) : Handler(flag), number_(flag, processor), processor_(processor) {}
     Handler* clone() const override;
     std::string getType() const override;

@@ -36,21 +36,31 @@ public:
     /// Without any built-in flag, not even help.
     ArgParser(int argc, const char* const* argv, const std::string& definitions);
 
+    /// The same flags, faults and values, bound to the variables of the original.
     ArgParser(const ArgParser&);
+    /// The same; its own flags are forgotten.
     ArgParser& operator=(const ArgParser&);
     ~ArgParser();
 
-    /// Each binds a flag, without its hyphen, to variables. The described default must be what the variable holds; the
-    /// last three types have none. Throws `ProgrammingError` if it is not, though the variable then holds the described
-    /// default, and for a flag that is not described, is described with another type, or has a handler already.
+    /// Binds a "bool" flag, without its hyphen, to a variable. The described default must be what the variable holds. Throws
+    /// `ProgrammingError` if it is not, though the variable then holds the described default, and for a flag that is not
+    /// described, is described with another type, or has a handler already.
     void addBooleanHandler(const std::string& flag, bool& variable);
+    /// The same for "string".
     void addStringHandler(const std::string& flag, std::string& variable);
+    /// The same for "file".
     void addFileHandler(const std::string& flag, std::string& variable);
+    /// The same for "dir".
     void addDirHandler(const std::string& flag, std::string& variable);
+    /// The same for "int".
     void addIntHandler(const std::string& flag, int& variable);
+    /// The same for "float".
     void addFloatHandler(const std::string& flag, float& variable);
+    /// The same for "inet"; has no default.
     void addInetHandler(const std::string& flag, unsigned int& networkOrderAddress);
+    /// The same for "guiPos"; has no default.
     void addGUIPositionHandler(const std::string& flag, bool& given, int& x, int& y);
+    /// The same for "guiSize"; has no default.
     void addGUISizeHandler(const std::string& flag, bool& given, int& width, int& height);
 
     /// Reads the command line into the bound variables. A flag takes the next argument as its value unless that is a
@@ -66,10 +76,13 @@ public:
     /// not null.
     void printErrorMessage(std::ostream& out, std::ostream& (*prefix)(std::ostream&) = nullptr) const;
 
-    /// What the built-in flags hold: the described defaults until `parse`, and nothing where the parser has none.
+    /// What the built-in flag `v` holds: the described default until `parse`; false where the parser has none.
     bool getVerbose() const;
+    /// The same for `p`; empty where the parser has none.
     const std::string& getProcessName() const;
+    /// The same for `c`.
     const std::string& getConfigName() const;
+    /// The same for `cfg`.
     const std::string& getConfigFile() const;
 
     /// What `parse` found that is neither a known flag nor its value, in order, unknown flags included.
@@ -78,8 +91,9 @@ public:
     /// Number of the processor asked for, or -1.
     const int& getProcessor() const;
 
-    /// Whether the priority was asked for, also when the system refused it.
+    /// Whether high priority was asked for, also when the system refused it.
     bool isHighPriority() const;
+    /// The same for real time.
     bool isRealTime() const;
 
     /// Whether the frequency based scheduler was asked for, from any parser of the process.

@@ -25,10 +25,10 @@ struct PathReport
 /// An entry of a file that EnvConfig reads.
 struct EntryReport
 {
-    std::string file;
+    std::string file; ///< Its full name.
     std::string section; ///< "Common", or the name of this computer.
-    std::string name;
-    std::string value;
+    std::string name; ///< What stands before the "=".
+    std::string value; ///< What stands behind it, unresolved.
     std::vector<PathReport> paths; ///< What the value lists; one where it is no list.
     bool counts = true; ///< False when another entry of that name does, or the entry is passed over.
 };
@@ -36,9 +36,9 @@ struct EntryReport
 /// A file that lists configurations, or would if it existed.
 struct ListFileReport
 {
-    std::string file;
+    std::string file; ///< Its full name.
     std::string variable; ///< That names its folder; empty for a file that was named itself.
-    bool exists = false;
+    bool exists = false; ///< There is such a file.
     bool isRead = false; ///< At most one is laid over the main one.
 };
 
@@ -57,10 +57,10 @@ BRVUTILS_API ListReport reportConfigurations(const std::string& listFile = {});
 /// What the files of a configuration say.
 struct ConfigurationReport
 {
-    std::string folder;
+    std::string folder; ///< As it was asked for.
     bool hasProcessFile = false; ///< "Process.xfg" is there.
     bool hasDataFile = false; ///< "datafile.cfg" is there and can be read. Both are needed to select the configuration.
-    EnvConfig::Version version;
+    EnvConfig::Version version; ///< Of the suite that it is for; not known when no file tells.
     std::string versionFile; ///< The file that tells the version; empty when none does.
     std::vector<EntryReport> variables; ///< Of "envvar.cfg", in order.
     std::vector<EntryReport> keywords; ///< Of "datafile.cfg": those of "Common", then those of this computer.
@@ -72,14 +72,14 @@ BRVUTILS_API ConfigurationReport reportConfiguration(const std::string& folder);
 /// How a keyword gets its folders in the configuration that is selected.
 struct KeywordReport
 {
-    std::string keyword;
+    std::string keyword; ///< As it was asked for.
     std::string configuration; ///< Empty when none is selected, and all below is.
-    std::string file;
+    std::string file; ///< "datafile.cfg", with its folder.
     std::string section; ///< Of the entry; empty when there is none, and all below is.
     std::string entry; ///< The longest that the keyword begins with, without separators.
-    std::string value;
+    std::string value; ///< Of that entry, unresolved.
     std::string rest; ///< Of the keyword, behind the entry: it follows each folder.
-    std::vector<PathReport> folders;
+    std::vector<PathReport> folders; ///< That the value lists, each with the rest behind it.
     std::string first; ///< As EnvConfig::getFirstPath answers.
 };
 

@@ -16,8 +16,9 @@ namespace brvUtils {
 /// values included. `PlatformName` is always "x64". After a reference to `STUDIO_PATH` a separator is put in where there
 /// is none. A reference without an end, to a variable that is not defined, or that leads back to itself is reported in a
 /// line on the standard output, and the path then comes back unchanged.
-/// \param mode how the path is encoded; values are transcoded to it.
+/// \param path generic. \param mode how it is encoded; values are transcoded to it.
 BRVUTILS_API std::string resolveGenericPath(const std::string& path, Utilities::Encoding::Mode mode = Utilities::Encoding::Mode::Utf8);
+/// The same.
 BRVUTILS_API std::wstring resolveGenericPath(const std::wstring& path);
 
 /// The folder in the user's local space that mirrors a generic folder: the text with a leading "${STUDIO_PATH}" replaced

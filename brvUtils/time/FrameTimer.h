@@ -34,7 +34,9 @@ public:
     /// The same on the computer's clock.
     FrameTimer(double nominalDelta, double initTime, std::nullptr_t);
 
+    /// Goes on from where the original stands.
     FrameTimer(const FrameTimer&) = default;
+    /// The same.
     FrameTimer& operator=(const FrameTimer&) = default;
     virtual ~FrameTimer();
 
@@ -75,10 +77,11 @@ public:
     /// The ticks of the last frame, in the same way.
     long long getDeltaTime(brv::t_unit unit) const;
 
-    /// Ticks counted so far, ticks of the last frame, and the execution clock's count when it was last read. All are 0 without
-    /// an execution clock.
+    /// Ticks counted so far; 0 without an execution clock.
     long long getInternalSimulationCount() const;
+    /// Ticks of the last frame; 0 without an execution clock.
     long long getInternalDeltaCount() const;
+    /// The execution clock's count when it was last read; 0 without one.
     long long getInternalRawCount() const;
 
 private:

@@ -21,7 +21,7 @@ template <typename T>
 class ThreadMemberFunction : public ThreadAction
 {
 public:
-    /// \param object not owned; must live as long as the thread runs.
+    /// \param object not owned; must live as long as the thread runs. \param function as execute().
     ThreadMemberFunction(T* object, bool (T::*function)())
         : object_(object)
         , function_(function)

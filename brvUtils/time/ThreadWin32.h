@@ -26,7 +26,9 @@ public:
     /// \param action the work; owned from now on.
     /// \param startNow whether to start() at once.
     ThreadWin32(SemaphoreFactory semaphoreFactory, ThreadAction* action, bool startNow);
+    /// Of use to nobody, see above.
     ThreadWin32(const ThreadWin32&) = default;
+    /// The same.
     ThreadWin32& operator=(const ThreadWin32&) = default;
     ~ThreadWin32() override;
 

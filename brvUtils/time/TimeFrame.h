@@ -10,6 +10,7 @@ namespace brvUtils {
 class BRVUTILS_API TimeFrame
 {
 public:
+    /// \param measuredStep whether the step is how long the last frame really was.
     /// \param fixedStep in seconds: the step when none is measured.
     TimeFrame(bool measuredStep, double fixedStep);
 

@@ -30,6 +30,7 @@ public:
     ///        4,294,967 s, and not a number, never beats in MODE_TIMER; in the other modes infinity never ends the second
     ///        ask(), and not a number lets through at once.
     /// \param paused whether it waits for run().
+    /// \param mode one of the three; with another one ask() fails.
     /// \throw SystemRessourcesError as run().
     TimedSemaphore(double period, bool paused, TimerMode mode);
     ~TimedSemaphore();

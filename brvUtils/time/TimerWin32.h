@@ -41,7 +41,7 @@ public:
     /// \param period in seconds.
     /// \param callback must not throw: that ends the process. One that takes longer than the period is called late; an
     ///        earlier lateness makes the next call due earlier.
-    /// \param context what the callback is given; not owned.
+    /// \param context what the callback is given; not owned. \param mode see above.
     TimerWin32(double period, void (*callback)(void*), void* context, unsigned long mode);
     TimerWin32(const TimerWin32&) = delete;
     TimerWin32& operator=(const TimerWin32&) = delete;

@@ -6,6 +6,7 @@ namespace brvUtils {
 /// must live as long as the record is read.
 struct WatchdogInfo
 {
+    /// Each argument becomes the field at its place.
     WatchdogInfo(char const* semaphoreName, double longestWait, double interval, double deviation, char const* note)
         : name(semaphoreName)
         , timeout(longestWait)

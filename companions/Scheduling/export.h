@@ -3,6 +3,9 @@
 /// \file
 /// Marks what this companion exports.
 
+/// \def SCHEDULING_API
+/// Stands before each class and function that is exported.
+
 #if defined(_WIN32)
 #  if defined(SCHEDULING_BUILDING)
 #    define SCHEDULING_API __declspec(dllexport)

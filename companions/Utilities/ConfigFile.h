@@ -39,6 +39,7 @@ public:
 
     /// Selects the section that later reads see, also over later loads. It need not exist.
     void setSection(const std::string& section) { section_ = section; }
+    /// The section that reads see; "Common" at first.
     const std::string& getSection() const { return section_; }
 
     /// The value of `key` in the selected section or, when it does not list the key, in "Common"; empty when neither does.

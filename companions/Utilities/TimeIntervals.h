@@ -19,18 +19,22 @@ public:
     /// Intervals with `from <= length < to`.
     struct Bin
     {
-        double from;
-        double to;
-        std::size_t count;
+        double from; ///< Seconds.
+        double to; ///< Seconds.
+        std::size_t count; ///< Of intervals in it.
     };
 
     /// \param nanoseconds how long each one was, in any order; 0 to a hundred years.
     /// \param replacedStamps time stamps that newer ones had replaced, for toText() and writeCsv() to tell.
     explicit TimeIntervals(std::vector<std::int64_t> nanoseconds, std::uint64_t replacedStamps = 0);
 
+    /// How many intervals there are.
     std::size_t count() const;
+    /// The shortest one.
     double minimum() const;
+    /// Their sum divided by their number, to the nanosecond.
     double mean() const;
+    /// The longest one.
     double maximum() const;
 
     /// The shortest length that at least `percent` of all intervals do not exceed: percentile(50) is the median.
