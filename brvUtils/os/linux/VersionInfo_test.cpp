@@ -92,6 +92,19 @@ TEST_F(LinuxVersionInfo, HeadersOfSectionsThatLieHideIt)
     }
 }
 
+TEST_F(LinuxVersionInfo, OfFilesThatEndTooEarlyNothingIsTold)
+{
+    PeImage image;
+    image.languages = {{0x0409, simple}};
+    const std::string whole = image.bytes();
+    const std::size_t end = image.dataEntries() + 16 + simple.size();
+    for (std::size_t size = 0; size < end; ++size) {
+        const std::string text = textIn(whole.substr(0, size));
+        EXPECT_EQ(text, size < image.dataEntries() + 16 ? "no resource" : "no data") << size;
+    }
+    EXPECT_EQ(textIn(whole.substr(0, end)), "1.6.0.0");
+}
+
 TEST_F(LinuxVersionInfo, OfSizesBehindTheFileNothingIsReserved)
 {
     std::string lying = peFile(simple);
