@@ -1,5 +1,7 @@
 #include "../Variables.h"
 
+#include <Utilities/Encoding.h>
+
 #include <cstdlib>
 #include <filesystem>
 
