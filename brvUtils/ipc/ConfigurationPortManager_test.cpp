@@ -39,6 +39,28 @@ BRV_CHILD(bystander)
     return 0;
 }
 
+TEST_F(ConfigurationPortManager, ShowsWhoHasPortsWithoutTheGuard)
+{
+    EXPECT_THAT(Manager::look(), IsEmpty());
+    allocate(1);
+    Child holder("portHolder", {"2"});
+    holder.awaitLine("holding");
+    auto* const guard = brvUtils::os::openSemaphore(guardName, true).semaphore;
+    ASSERT_EQ(brvUtils::os::waitSemaphore(guard, 0).status, brvUtils::os::WaitStatus::signalled);
+    std::vector<brvUtils::PortHolder> holders = Manager::look();
+    ASSERT_EQ(holders.size(), 3u);
+    EXPECT_EQ(holders[0].process, currentProcessId());
+    EXPECT_EQ(holders[2].port, 25101);
+    EXPECT_EQ(holders[2].process, holder.id());
+    EXPECT_EQ(holders[2].program.substr(0, 10), "ports_test");
+    holder.kill();
+    holders = Manager::look();
+    ASSERT_EQ(holders.size(), 3u) << "looking frees nothing";
+    EXPECT_TRUE(holders[0].alive && !holders[2].alive);
+    brvUtils::os::releaseSemaphore(guard);
+    brvUtils::os::closeSemaphore(guard);
+}
+
 TEST_F(ConfigurationPortManager, GivesTheLowestFreePorts)
 {
     EXPECT_EQ(allocate(3), (Ports{25099, 25100, 25101}));

@@ -2,7 +2,6 @@
 
 #include "ObjectCells.h"
 
-#include <Utilities/Encoding.h>
 #include <brvUtils/startup/InstanceKey.h>
 
 #include <memory>
@@ -14,44 +13,36 @@ namespace {
 using brvUtils::NamedObject;
 using brvUtils::NamedObjects;
 
-std::string seenWithin(const NamedObjects& objects, std::size_t shown)
-{
-    std::string text = std::to_string(shown) + " of " + std::to_string(objects.objects.size()) + " objects in " + objects.place;
-    if (objects.leftOver != 0) {
-        text += "; " + std::to_string(objects.leftOver) + " left by killed processes, which the next module that starts clears away";
-    }
-    return text;
-}
-
+/// By its name, with or without the instance, or by a part that no other name has; locks step back behind what they guard.
 const NamedObject* find(const NamedObjects& objects, const ObjectChoice& choice, const std::string& name)
 {
-    const NamedObject* found = nullptr;
-    int matches = 0;
+    const NamedObject* found[2] = {}; // others, locks
+    int matches[2] = {};
     for (const NamedObject& object : objects.objects) {
         const std::string shown = shownName(object.name);
         if (shown == name || shown == choice.instance + name) {
             return &object;
         }
         if (choice.takes(object) && shown.find(name) != std::string::npos) {
-            found = &object;
-            ++matches;
+            const bool isLock = !object.segment.empty();
+            found[isLock] = &object;
+            ++matches[isLock];
         }
     }
-    if (matches > 1) {
-        throw Fault("\"" + name + "\" is part of " + std::to_string(matches) + " names; brv ipc list shows them");
+    const bool onlyLocks = matches[false] == 0;
+    if (matches[onlyLocks] > 1) {
+        throw Fault("\"" + name + "\" is part of " + std::to_string(matches[onlyLocks]) + " names; brv ipc list shows them");
     }
-    return found;
+    return found[onlyLocks];
 }
 
 } // namespace
 
 bool ObjectChoice::takes(const NamedObject& object) const
 {
-    if (all) {
-        return true;
-    }
-    const bool nameTells = object.role != NamedObject::Role::other || !instance.empty();
-    return (brvUtils::takersAreKnown() || nameTells) && brvUtils::belongsToInstance(object, Utilities::Encoding::Transcode(Utilities::Encoding::Transcode(instance, Utilities::Encoding::Mode::Utf8), Utilities::Encoding::Mode::Local8Bit));
+    // Where all programs have their objects in one place, what neither rule nor instance names is somebody else's.
+    const bool ours = brvUtils::takersAreKnown() || object.role != NamedObject::Role::other || !instance.empty();
+    return all || (ours && brvUtils::belongsToInstance(object, systemName(instance)));
 }
 
 void addObjectChoice(CLI::App& command, ObjectChoice& choice)
@@ -63,7 +54,7 @@ void addObjectChoice(CLI::App& command, ObjectChoice& choice)
 
 int listObjects(Output& output, const ObjectChoice& choice, double sampleSeconds)
 {
-    ObjectActivity activity;
+    ObjectActivity activity([&](const NamedObject& object) { return choice.takes(object); });
     if (sampleSeconds > 0) {
         activity.lookFor(sampleSeconds);
     } else {
@@ -73,21 +64,14 @@ int listObjects(Output& output, const ObjectChoice& choice, double sampleSeconds
     Table table{"objects", {{"name", "NAME"}, {"kind", "KIND"}, {"role", "ROLE"}, {"state", "STATE"}, {"size", "BYTES"}, {"holders", "HELD BY"}, {"changed", "CHANGED"}}, {},
         "nobody has a named object open here", ""};
     for (const NamedObject& object : activity.latest().objects) {
-        if (!choice.takes(object)) {
-            continue;
-        }
         const bool changed = activity.of(object).changes != 0;
         const std::string seconds = Cell(sampleSeconds).shown() + " s";
         table.rows.push_back({shownName(object.name), kindOf(object), roleOf(object), stateCell(object), sizeCell(object), holdersCell(object),
             sampleSeconds > 0 ? Cell(changed, (changed ? "within " : "not for ") + seconds) : Cell(nullptr)});
     }
-    const std::string text = seenWithin(activity.latest(), table.rows.size());
-    const Fields about{"", {{{"place", "Place"}, activity.latest().place}, {{"sample", "Looked for, s"}, sampleSeconds}, {{"left_over", "Left over"}, activity.latest().leftOver}}, ""};
-    if (output.json()) {
-        output.show({about, table});
-    } else {
-        output.show({table, Lines{"", text, nullptr}});
-    }
+    const NamedObjects& seen = activity.latest();
+    output.show({table, Fields{"", {{{"place", "Place"}, seen.place}, {{"sample", "Looked for, s"}, sampleSeconds},
+                                       {{"left_over", "Left by killed processes"}, seen.leftOver}}, ""}});
     return good;
 }
 

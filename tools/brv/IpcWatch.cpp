@@ -38,7 +38,7 @@ Cell ageCell(const ObjectActivity::Seen& seen, double watched)
 int watchObjects(Output& output, const ObjectChoice& choice, double interval, int count)
 {
     const Interruptible guard;
-    ObjectActivity activity;
+    ObjectActivity activity([&](const brvUtils::NamedObject& object) { return choice.takes(object); });
     const auto start = ObjectActivity::Clock::now();
     for (int refresh = 0; !interrupted && (count == 0 || refresh < count); ++refresh) {
         activity.startPeriod();
@@ -53,11 +53,9 @@ int watchObjects(Output& output, const ObjectChoice& choice, double interval, in
         Table table{"objects", {{"name", "NAME"}, {"kind", "KIND"}, {"state", "STATE"}, {"size", "BYTES"}, {"holders", "HELD BY"}, {"age", "LAST CHANGE"}, {"rate", "SEEN/S"}}, {},
             "nobody has a named object open here", ""};
         for (const brvUtils::NamedObject& object : activity.latest().objects) {
-            if (choice.takes(object)) {
-                const ObjectActivity::Seen seen = activity.of(object);
-                table.rows.push_back({shownName(object.name), kindOf(object), stateCell(object), sizeCell(object), holdersCell(object),
-                    ageCell(seen, watched), static_cast<double>(seen.changes) / seconds});
-            }
+            const ObjectActivity::Seen seen = activity.of(object);
+            table.rows.push_back({shownName(object.name), kindOf(object), stateCell(object), sizeCell(object), holdersCell(object),
+                ageCell(seen, watched), static_cast<double>(seen.changes) / seconds});
         }
         if (!output.json() && output.terminalWidth() != 0) {
             output.write("\x1b[H\x1b[J"); // in place of the last one; nothing that would have to be taken back in the end

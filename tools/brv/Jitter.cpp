@@ -178,7 +178,7 @@ void addJitter(Commands& commands)
         [options](Output& output) { return measure(output, *options); });
     const std::map<std::string, double> units{{"us", 1e-6}, {"ms", 1e-3}, {"s", 1.0}};
     command.add_option("--period", options->period, "With its unit: us, ms or s; by default 1ms")
-        ->transform(CLI::AsNumberWithUnit(units, CLI::AsNumberWithUnit::CASE_SENSITIVE | CLI::AsNumberWithUnit::UNIT_REQUIRED))->type_name("TIME");
+        ->transform(CLI::AsNumberWithUnit(units, CLI::AsNumberWithUnit::UNIT_REQUIRED))->type_name("TIME");
     command.add_option("--seconds", options->seconds, "How long")->check(CLI::Range(0.001, 86400.0))->capture_default_str();
     std::vector<std::string> names;
     for (const Source& source : sources) {

@@ -15,6 +15,8 @@ ObjectActivity::Track& ObjectActivity::trackOf(const NamedObject& object)
 void ObjectActivity::look()
 {
     latest_ = brvUtils::lookAtNamedObjects(true);
+    auto& objects = latest_.objects;
+    objects.erase(std::remove_if(objects.begin(), objects.end(), [this](const NamedObject& object) { return !wanted_(object); }), objects.end());
     ++round_;
     for (const NamedObject& object : latest_.objects) {
         Track& track = trackOf(object);
@@ -50,8 +52,10 @@ void ObjectActivity::lookFor(double seconds, const volatile bool* stop)
 {
     constexpr std::chrono::duration<double> shortest{0.005};
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-    look();
-    lookAtSegments();
+    if (round_ == 0) {
+        look();
+        lookAtSegments();
+    }
     while (Clock::now() < end && (stop == nullptr || !*stop)) {
         const auto before = Clock::now();
         look();
@@ -83,12 +87,6 @@ ObjectActivity::Seen ObjectActivity::of(const NamedObject& object) const
         seen.age = std::chrono::duration<double>(Clock::now() - *track.lastChange).count();
     }
     return seen;
-}
-
-brvUtils::SegmentGlance ObjectActivity::contentOf(const NamedObject& segment) const
-{
-    const auto found = tracks_.find(segment.name);
-    return found != tracks_.end() ? found->second.content : brvUtils::SegmentGlance{};
 }
 
 } // namespace brvTool

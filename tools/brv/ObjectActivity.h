@@ -3,9 +3,11 @@
 #include <brvUtils/ipc/NamedObjects.h>
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace brvTool {
 
@@ -22,18 +24,21 @@ public:
         std::uint64_t changes = 0; ///< Since the last startPeriod.
     };
 
+    /// \param wanted which objects count.
+    explicit ObjectActivity(std::function<bool(const brvUtils::NamedObject&)> wanted) : wanted_(std::move(wanted)) {}
+
     /// The objects as they are now become the latest look.
     void look();
     /// The bytes of all segments, which costs more.
     void lookAtSegments();
-    /// Looks for so long, as often as it costs little; at segments in the beginning and the end. \param stop ends it early.
+    /// Looks for so long, as often as it costs little; at segments in the end, and the first time in the beginning too.
+    /// \param stop ends it early.
     void lookFor(double seconds, const volatile bool* stop = nullptr);
     /// Changes are counted from here on.
     void startPeriod();
 
     const brvUtils::NamedObjects& latest() const { return latest_; }
     Seen of(const brvUtils::NamedObject& object) const;
-    brvUtils::SegmentGlance contentOf(const brvUtils::NamedObject& segment) const;
 
 private:
     struct Track
@@ -46,7 +51,8 @@ private:
     };
     Track& trackOf(const brvUtils::NamedObject& object);
 
-    brvUtils::NamedObjects latest_;
+    std::function<bool(const brvUtils::NamedObject&)> wanted_;
+    brvUtils::NamedObjects latest_; ///< Those that are wanted.
     std::map<std::string, Track> tracks_;
     std::uint64_t round_ = 0;
 };

@@ -43,10 +43,16 @@ Json userJson(const brvUtils::ObjectUser& user)
     return json;
 }
 
-std::string shownName(const std::string& systemName)
+std::string shownName(const std::string& name)
 {
     using namespace Utilities::Encoding;
-    return Transcode(Transcode(systemName, Mode::Local8Bit), Mode::Utf8);
+    return Transcode(Transcode(name, Mode::Local8Bit), Mode::Utf8);
+}
+
+std::string systemName(const std::string& shown)
+{
+    using namespace Utilities::Encoding;
+    return Transcode(Transcode(shown, Mode::Utf8), Mode::Local8Bit);
 }
 
 Cell stateCell(const NamedObject& object)

@@ -17,7 +17,9 @@ Cell holdersCell(const brvUtils::NamedObject& object);
 std::string userText(const brvUtils::ObjectUser& user);
 Json userJson(const brvUtils::ObjectUser& user);
 /// UTF-8, as this program speaks.
-std::string shownName(const std::string& systemName);
+std::string shownName(const std::string& name);
+/// The way back: the bytes by which the system knows it.
+std::string systemName(const std::string& shown);
 /// @}
 
 /// \throw Fault with the reason when the objects cannot be seen; nobody having any is none.

@@ -41,7 +41,8 @@ bool describe(const ObjectQueries& queries, const wchar_t* name, ListedObject& o
         object.stateWord = static_cast<std::uint64_t>(state.state);
         return event.open() || GetLastError() == ERROR_ACCESS_DENIED;
     }
-    const ScopedHandle section(OpenFileMappingW(SECTION_QUERY, FALSE, name));
+    // The right to ask alone is another name for the right to copy, which does not include it.
+    const ScopedHandle section(OpenFileMappingW(FILE_MAP_READ | SECTION_QUERY, FALSE, name));
     SectionState state{};
     if (section.open() && queries.querySection(section.get(), 0, &state, sizeof state, nullptr) == success) {
         object.size = static_cast<std::uint64_t>(state.size.QuadPart);
