@@ -1,6 +1,6 @@
 #pragma once
 
-#include "brvUtils/os/linux/FileBytes.h"
+#include "brvUtils/os/FileBytes.h"
 
 #include <string>
 
