@@ -142,6 +142,7 @@ const std::map<std::string, std::function<void()>> ways{
 
 int main(int count, char** arguments)
 {
+    std::setvbuf(stderr, nullptr, _IONBF, 0); // some run-time libraries keep what goes to a pipe, and a crash loses it
     for (int i = 2; i < count; ++i) {
         const std::string argument = arguments[i];
         const std::size_t equals = argument.find('=');
