@@ -65,5 +65,5 @@ endif()
 # Pages and examples lie to each other as they do here, so that their links hold. The examples build by themselves.
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
-  PATTERN "*_test*" EXCLUDE PATTERN "check-*.cmake" EXCLUDE)
+  PATTERN "*_test*" EXCLUDE PATTERN "check-*.cmake" EXCLUDE PATTERN "*.in" EXCLUDE)
 install(FILES drivers/rfm2g/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/drivers/rfm2g COMPONENT documentation)
