@@ -10,11 +10,13 @@ constexpr std::uint32_t versionName = 1;
 constexpr std::uint32_t neutral = 0;
 constexpr std::uint32_t americanEnglish = 0x0409;
 
-/// The sections of a file, and where its resources are said to lie in memory.
+/// The most sections that the loader of Windows takes. Looked through for each language, so that more would take hours.
+constexpr unsigned mostSections = 96;
+
+/// The headers of a file's sections, and where its resources are said to lie in memory.
 struct Sections
 {
-    std::uint64_t table = 0;
-    unsigned count = 0;
+    std::vector<FileHeader<40>> headers;
     std::uint32_t resources = 0;
 };
 
@@ -39,20 +41,23 @@ bool readHeaders(const InputFile& file, Sections& sections)
     if (!directories.read(file, optional + countPlace) || directories.u32(0) < 3) {
         return false;
     }
-    sections.table = optional + head.u16(20);
-    sections.count = head.u16(6);
+    const unsigned count = head.u16(6);
+    if (count > mostSections) {
+        return false;
+    }
+    for (unsigned i = 0; i < count; ++i) {
+        if (!sections.headers.emplace_back().read(file, optional + head.u16(20) + 40 * i)) {
+            return false;
+        }
+    }
     sections.resources = directories.u32(20);
     return sections.resources != 0;
 }
 
 /// The place in the file of an address in memory.
-bool findAddress(const InputFile& file, const Sections& sections, std::uint32_t address, std::uint64_t& offset)
+bool findAddress(const Sections& sections, std::uint32_t address, std::uint64_t& offset)
 {
-    for (unsigned i = 0; i < sections.count; ++i) {
-        FileHeader<40> section;
-        if (!section.read(file, sections.table + 40 * i)) {
-            return false;
-        }
+    for (const FileHeader<40>& section : sections.headers) {
         const std::uint32_t begin = section.u32(12);
         if (address >= begin && address - begin < section.u32(16)) {
             offset = std::uint64_t{section.u32(20)} + (address - begin);
@@ -131,7 +136,7 @@ struct Languages
     {
         std::uint32_t offset = 0;
         // Three steps, whatever the tree says: one that loops leads nowhere.
-        return readHeaders(file, sections) && findAddress(file, sections, sections.resources, tree) && directory.read(file, tree, 0) &&
+        return readHeaders(file, sections) && findAddress(sections, sections.resources, tree) && directory.read(file, tree, 0) &&
             directory.directory(versionType, offset) && directory.read(file, tree, offset) &&
             directory.directory(versionName, offset) && directory.read(file, tree, offset);
     }
@@ -140,7 +145,7 @@ struct Languages
     bool data(const InputFile& file, std::uint32_t offset, FilePart& part) const
     {
         FileHeader<16> data;
-        if (!data.read(file, tree + offset) || !findAddress(file, sections, data.u32(0), part.offset)) {
+        if (!data.read(file, tree + offset) || !findAddress(sections, data.u32(0), part.offset)) {
             return false;
         }
         part.size = data.u32(4);

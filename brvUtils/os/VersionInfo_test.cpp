@@ -85,6 +85,14 @@ TEST_F(VersionInfo, ATreeThatLoopsLeadsNowhere)
     }
 }
 
+TEST_F(VersionInfo, MoreSectionsThanAnyModuleHasAreNotLookedThrough)
+{
+    std::string many = peFile(simple);
+    put(many, 64 + 6, u16(0xFFFF));
+    many.resize(many.size() + 40 * 0xFFFF); // they are there
+    EXPECT_EQ(textIn(many), "no resource");
+}
+
 TEST_F(VersionInfo, CaseDoesNotCountInNames)
 {
     const std::string data = resource({entry(u"FileVersion", u"1"), entry(u"Gr\u00D6\u00dfe", u"2"), entry(u"\u0394\u0416\u0141", u"3")}, u"040C04E4");
