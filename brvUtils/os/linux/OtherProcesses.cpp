@@ -122,7 +122,9 @@ bool suspendProcess(std::uint32_t id) noexcept
 {
     const Target target(id);
     const Threads before = look(id);
-    if (!mayBeStopped(id) || before.traced || before.stopping || before.stopped != 0 || !target.send(SIGSTOP)) {
+    // Where no thread can be looked at, as without a free descriptor, nobody could tell whether it stands.
+    const bool runs = before.running != 0 && before.stopped == 0 && !before.stopping && !before.traced;
+    if (!mayBeStopped(id) || !runs || !target.send(SIGSTOP)) {
         return false;
     }
     // Each thread stops as soon as it runs; one that waits for a disk does not run, and the others stop all the same.

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <future>
 #include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -135,6 +136,21 @@ TEST(OtherProcesses, AreNotSuspendedWhileSomebodyElseHasThem)
     ASSERT_EQ(kill(process, SIGSTOP), 0); // as a terminal does
     EXPECT_FALSE(suspendProcess(child.id())) << "or will stop anyway";
     EXPECT_TRUE(resumeProcess(child.id()));
+    child.closeInput();
+    child.expectExit(0);
+}
+
+TEST(OtherProcesses, AreNotSuspendedByOneThatCannotLook)
+{
+    Child child("waitsUnderItsName");
+    child.expectLine("ready");
+    rlimit descriptors {};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &descriptors), 0);
+    const rlimit none { 0, descriptors.rlim_max };
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_FALSE(suspendProcess(child.id()));
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &descriptors), 0);
+    EXPECT_FALSE(resumeProcess(child.id())) << "it stands";
     child.closeInput();
     child.expectExit(0);
 }
