@@ -3,7 +3,8 @@
 #
 # Gives a program or shared library a version resource, which brvUtils::RFileVersionInfo reads and the Explorer of Windows
 # shows. On Windows it is a resource as usual; on Linux the same bytes are in the section .rsrc.version of the file, which
-# stays when the file is stripped and when the linker drops unused sections. Texts may be of any characters.
+# stays when the file is stripped and when the linker drops unused sections. Texts may be of any characters, and
+# hold generator expressions.
 #
 #   FileDescription   DESCRIPTION, else PROJECT_DESCRIPTION, else the target's name
 #   FileVersion       VERSION, else PROJECT_VERSION with BRVUTILS_BUILD_NUMBER as its fourth number; always four numbers, each
@@ -32,6 +33,7 @@ function(_brv_version_numbers version result)
   string(REPLACE "." ";" numbers "${version}")
   list(APPEND numbers 0 0 0 0)
   list(SUBLIST numbers 0 4 numbers)
+  list(TRANSFORM numbers REPLACE "^0+([0-9])" "\\1") # as in dates, and octal to compilers
   foreach(number IN LISTS numbers)
     if(NOT version MATCHES "^[0-9]+(\\.[0-9]+)?(\\.[0-9]+)?(\\.[0-9]+)?$" OR number GREATER 65535)
       message(FATAL_ERROR "brv_add_version_info: not a version of up to four numbers below 65536: ${version}")
@@ -66,11 +68,11 @@ function(brv_add_version_info target)
   if(description STREQUAL "")
     set(description "${target}")
   endif()
-  if(arg_DESCRIPTION)
+  if(NOT "${arg_DESCRIPTION}" STREQUAL "")
     set(description "${arg_DESCRIPTION}")
   endif()
   set(product "${PROJECT_NAME}")
-  if(arg_PRODUCT)
+  if(NOT "${arg_PRODUCT}" STREQUAL "") # one called OFF is one
     set(product "${arg_PRODUCT}")
   endif()
   set(file_name "$<TARGET_FILE_PREFIX:${target}>$<TARGET_FILE_BASE_NAME:${target}>$<TARGET_FILE_SUFFIX:${target}>")

@@ -54,19 +54,19 @@ bool throwsAcrossTheBorder()
 bool knowsItsVersion()
 {
     const brvUtils::RFileVersionInfo version(brvUtils::GetModuleFilePath());
-    return version.key("FileVersion") == "2.3.4.5" && version.key("Comments") == "\xC3\xA9, \xE5\x88\xB6\xE5\x8B\x95" &&
-        version.key()["ProductName"] == "consumer";
+    return version.key("FileVersion") == "2.8.4.10" && version.key("Comments") == "\xC3\xA9, \xE5\x88\xB6\xE5\x8B\x95" &&
+        version.key("FileDescription") == "OFF" && version.key()["ProductName"] == "consumer";
 }
 
 } // namespace
 
-// consumer NAME: the name is one that no other program uses.
+// consumer NAME [versioned]: the name is one that no other program uses; the build gave the program a version, or did not.
 int main(int argc, char** argv)
 {
-    if (!knowsItsVersion()) {
+    if (argc == 3 && !knowsItsVersion()) {
         return 4;
     }
-    if (argc != 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || getMajorVersion() != 1 || getMinorVersion() < 6) {
+    if (argc < 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || getMajorVersion() != 1 || getMinorVersion() < 6) {
         return 1;
     }
     Vehicle sender(argv[1]);
