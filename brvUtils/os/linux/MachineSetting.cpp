@@ -2,13 +2,17 @@
 
 #include "brvUtils/os/Environment.h"
 #include "brvUtils/os/FileSystem.h"
+#include "brvUtils/os/linux/Descriptor.h"
 #include "brvUtils/os/linux/Errno.h"
 #include "brvUtils/os/linux/NativePath.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <sys/file.h>
 
 // A file per key, with a line `name=text` per name, in which bytes of special meaning are written as `%` and two digits.
 
@@ -78,6 +82,42 @@ std::optional<std::string> find(std::string_view contents, const std::string& na
     return std::nullopt;
 }
 
+/// Whether what came of reading a key's file means that nobody has stored a text.
+bool isNew(ErrorCode result, const std::string& contents)
+{
+    return result == error::fileNotFound || (result == error::none && contents.empty());
+}
+
+/// Excludes others from storing a first text. It is on the folder, since a file made to be locked could not be opened by
+/// other users, and would be left empty by a holder that is killed.
+class Turn
+{
+public:
+    Turn()
+    {
+        folder_.take(open(folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        bool locked = false;
+        do {
+            locked = folder_.open() && flock(folder_.get(), LOCK_EX) == 0;
+        } while (folder_.open() && !locked && errno == EINTR);
+        error_ = locked ? error::none : fromErrno(errno);
+    }
+    ~Turn()
+    {
+        if (folder_.open()) {
+            flock(folder_.get(), LOCK_UN); // closing would leave it to the copy of a forked child
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    ErrorCode error() const { return error_; }
+
+private:
+    Descriptor folder_;
+    ErrorCode error_;
+};
+
 /// Stores the text in a file that is empty or not there, and gets what the file holds then.
 ErrorCode storeFirst(const std::string& file, const std::string& line, std::string& contents)
 {
@@ -86,13 +126,12 @@ ErrorCode storeFirst(const std::string& file, const std::string& line, std::stri
     if (fault) {
         return fromErrno(fault.value());
     }
-    const FileLock lock(file);
-    if (lock.error() != error::none) {
-        return lock.error();
+    const Turn turn;
+    if (turn.error() != error::none) {
+        return turn.error();
     }
-    // Somebody else may have been quicker. An empty file is the lock's own.
-    const ErrorCode result = readFile(file, contents);
-    if (result != error::none || !contents.empty()) {
+    const ErrorCode result = readFile(file, contents); // somebody else may have been quicker
+    if (!isNew(result, contents)) {
         return result;
     }
     contents = line;
@@ -107,7 +146,7 @@ ErrorCode machineSetting(const std::string& subKey, const std::string& name, std
     const std::string wanted = name.c_str();
     std::string contents;
     ErrorCode result = readFile(file, contents);
-    if (result == error::fileNotFound || (result == error::none && contents.empty())) {
+    if (isNew(result, contents)) {
         result = storeFirst(file, encoded(wanted, "=") + "=" + encoded(text.c_str(), "") + "\n", contents);
     }
     if (result != error::none) {

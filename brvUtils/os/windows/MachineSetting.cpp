@@ -15,9 +15,10 @@ constexpr DWORD longestText = 255; // bytes of UTF-8, and no fewer than 16-bit u
 class Turn
 {
 public:
-    Turn() : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\brvUtils-machine-setting"))
+    // Asks for no more than to wait for it, which services allow to administrators.
+    Turn() : mutex_(CreateMutexExW(nullptr, L"Global\\brvUtils-machine-setting", 0, SYNCHRONIZE))
     {
-        if (mutex_.open()) { // else another user's, who may not share it: what one may write, the other may not
+        if (mutex_.open()) { // else one of a user who keeps it from others, most likely without the right to write settings
             WaitForSingleObject(mutex_.get(), INFINITE);
         }
     }
