@@ -73,8 +73,10 @@ endif()
 run("${CMAKE_COMMAND}" -C "${work}/options.cmake" -S "${CMAKE_CURRENT_LIST_DIR}" -B "${work}/build" -G "${generator}" ${where})
 run("${CMAKE_COMMAND}" --build "${work}/build" --config "${configuration}" --parallel 2)
 
+# expect_exchange(PROGRAM... [BEHIND argument...])
 function(expect_exchange)
-  run(${ARGV} "${name}")
+  cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "BEHIND")
+  run(${arg_UNPARSED_ARGUMENTS} "${name}" ${arg_BEHIND})
   if(NOT output MATCHES "consumer received 13.9")
     message(FATAL_ERROR "unexpected: ${output}")
   endif()
@@ -82,7 +84,20 @@ endfunction()
 
 # A program of Windows also finds libraries in the folder that it is started in: here those of the tree, and no others.
 file(MAKE_DIRECTORY "${tree}/${programFolder}")
-expect_exchange("${CMAKE_COMMAND}" -E chdir "${tree}/${programFolder}" ${emulator} "${work}/build/bin/consumer${suffix}")
+expect_exchange("${CMAKE_COMMAND}" -E chdir "${tree}/${programFolder}" ${emulator} "${work}/build/bin/consumer${suffix}" BEHIND versioned)
+
+# The example suite, installed beside the library: its vehicle finds its engine there, wherever it is started.
+file(COPY "${tree}/" DESTINATION "${work}/suite")
+run("${CMAKE_COMMAND}" --install "${work}/build" --config "${configuration}" --prefix "${work}/suite")
+foreach(variable IN ITEMS STUDIO_PATH LOCAL_STUDIO_PATH COMPUTE_PATH)
+  unset(ENV{${variable}})
+endforeach()
+set(ENV{STUDIO_INSTANCE} "${name}")
+set(ENV{LD_LIBRARY_PATH} "${work}/suite/${libraryFolder}")
+run(${emulator} "${work}/suite/${programFolder}/vehicle${suffix}" -seconds 0.1)
+if(NOT output MATCHES "vehicle: engine petrol")
+  message(FATAL_ERROR "unexpected: ${output}")
+endif()
 
 # By pkg-config, as makefiles do.
 find_program(pkgConfig pkg-config)
