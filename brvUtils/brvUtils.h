@@ -47,6 +47,7 @@
 #include "brvUtils/platform/ProcessWin32.h"
 #include "brvUtils/platform/ProgramOutput.h"
 #include "brvUtils/platform/RFileVersionInfo.h"
+#include "brvUtils/platform/SystemReport.h"
 #include "brvUtils/platform/VeloraType.h"
 #include "brvUtils/startup/ArgParser.h"
 #include "brvUtils/startup/ConfigurationReport.h"

@@ -87,7 +87,7 @@ int main(int argc, char** argv)
         app.footer("COMMAND --help tells more of each. The exit code is 0 when all is good, 1 when something is wrong or was not\n"
                    "found, 2 when the command line was not understood.\n"
                    "Examples:\n  brv config list\n  brv doctor --json");
-        for (const auto add : {addConfig, addVersion, addData}) {
+        for (const auto add : {addConfig, addVersion, addData, addDoctor}) {
             add(commands);
         }
         for (const auto add : {addIpc, addPorts, addJitter}) {
