@@ -7,7 +7,7 @@
 #include "brvUtils/export.h"
 
 /// A plug-in: a library that lies in a folder beside this one and is found by its name. Loaded from construction to
-/// destruction; copies share it. Threads and symbols as Utilities::DLLImport has them.
+/// destruction; copies share it. Threads, symbols and what keeps a library loaded are as Utilities::DLLImport has them.
 class BRVUTILS_API PlugInLoader : public Utilities::DLLImport
 {
 public:

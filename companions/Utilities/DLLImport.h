@@ -8,8 +8,9 @@
 namespace Utilities {
 
 /// A shared library that is loaded while the program runs. Copies share the library: the system unloads it when the last of
-/// them is gone or has loaded another, unless somebody else holds it. An object serves one thread at a time; copies may be
-/// used by several.
+/// them is gone or has loaded another, unless somebody else holds it. On Linux one with variables of templates or of inline
+/// functions, such as `std::make_shared` has, stays until the process ends, unless it is compiled with `-fno-gnu-unique`.
+/// An object serves one thread at a time; copies may be used by several.
 class UTILITIES_API DLLImport
 {
 public:
