@@ -140,11 +140,11 @@ TEST_F(Supervisor, showsTheBeatsAndEndsAllInOrder)
 
 TEST_F(Supervisor, endsWithModulesThatEndByThemselves)
 {
-    ChildProcess supervisor = supervise({"-modules", "display -p screen, vehicle -seconds 0.3 -p car"});
+    ChildProcess supervisor = supervise({"-modules", "vehicle -explain data -p guide, vehicle -seconds 0.3 -p car"});
     const std::string text = restOf(supervisor);
     EXPECT_EQ(supervisor.wait(deadline), success) << supervisor.errorOutput();
     EXPECT_EQ(lastRow(text, "car", "ended").note, "ended with code 0");
-    EXPECT_EQ(lastRow(text, "screen", "ended").note, "ended with code 0");
+    EXPECT_EQ(lastRow(text, "guide", "ended").note, "ended with code 0");
     EXPECT_THAT(text, EndsWith("supervisor: all modules have ended\n"));
 }
 
