@@ -1,0 +1,3 @@
+// What every program pays.
+
+int main() {}
