@@ -6,7 +6,7 @@ mark_as_advanced(DOXYGEN_EXECUTABLE)
 configure_file("${PROJECT_SOURCE_DIR}/docs/Doxyfile.in" "${PROJECT_BINARY_DIR}/Doxyfile" @ONLY)
 set(doxygen "${DOXYGEN_EXECUTABLE}" "${PROJECT_BINARY_DIR}/Doxyfile")
 
-if(DOXYGEN_EXECUTABLE)
+if(DOXYGEN_EXECUTABLE AND PROJECT_IS_TOP_LEVEL)
   add_custom_target(docs COMMAND ${doxygen} WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}" VERBATIM)
 endif()
 # The sources are the same in every build: looked at once.
