@@ -10,13 +10,14 @@ namespace brvUtils {
 /// Something of this computer that modules depend on.
 struct SystemFinding
 {
+    /// Whether modules can do with it.
     enum class State {
         good,
         warning, ///< Modules run, but not as well as they could.
         problem ///< Modules cannot run.
     };
 
-    State state = State::good;
+    State state = State::good; ///< Whether modules can do with it.
     std::string subject; ///< In a word or two, such as "shared memory".
     std::string text; ///< UTF-8, one line.
     std::string remedy; ///< What an administrator types or edits; empty when nothing is to be done.
