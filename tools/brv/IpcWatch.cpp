@@ -2,6 +2,8 @@
 
 #include "ObjectCells.h"
 
+#include <fmt/format.h>
+
 #include <csignal>
 
 namespace brvTool {
@@ -29,8 +31,7 @@ private:
 
 Cell ageCell(const ObjectActivity::Seen& seen, double watched)
 {
-    return seen.age ? Cell(*seen.age, Cell(static_cast<double>(static_cast<long>(*seen.age * 10)) / 10).shown() + " s")
-                    : Cell(nullptr, "over " + std::to_string(static_cast<long>(watched)) + " s");
+    return seen.age ? Cell(*seen.age, fmt::format("{:.1f} s", *seen.age)) : Cell(nullptr, fmt::format("over {:.1f} s", watched));
 }
 
 } // namespace
@@ -54,8 +55,9 @@ int watchObjects(Output& output, const ObjectChoice& choice, double interval, in
             "nobody has a named object open here", ""};
         for (const brvUtils::NamedObject& object : activity.latest().objects) {
             const ObjectActivity::Seen seen = activity.of(object);
+            const double rate = static_cast<double>(seen.changes) / seconds;
             table.rows.push_back({shownName(object.name), kindOf(object), stateCell(object), sizeCell(object), holdersCell(object),
-                ageCell(seen, watched), static_cast<double>(seen.changes) / seconds});
+                ageCell(seen, watched), Cell(rate, fmt::format("{:.1f}", rate))});
         }
         if (!output.json() && output.terminalWidth() != 0) {
             output.write("\x1b[H\x1b[J"); // in place of the last one; nothing that would have to be taken back in the end

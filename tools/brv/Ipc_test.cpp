@@ -191,7 +191,7 @@ TEST_F(Ipc, ShowsTheLocksAndTheLayoutVersionOfASegment)
     const Result none = run({"ipc", "show", "no such " + name_});
     EXPECT_EQ(none.code, 1);
     EXPECT_THAT(none.err, HasSubstr("there is no object \"no such " + name_));
-    EXPECT_THAT(run({"ipc", "show", name_}).err, HasSubstr("is part of 2 names"));
+    EXPECT_THAT(run({"ipc", "show", name_, "--all"}).err, HasSubstr("is part of 2 names"));
 }
 
 TEST_F(Ipc, RepairFreesWhatADeadModuleHeldOnceAndAsksBefore)
@@ -231,7 +231,8 @@ TEST_F(Ipc, WatchSeesSegmentsChange)
     for (int refresh = 0; !seen && refresh < 400; ++refresh) {
         const auto line = watch.readLine(30'000);
         ASSERT_TRUE(line.has_value());
-        for (const json& object : json::parse(*line)["objects"]) {
+        const json document = json::parse(*line);
+        for (const json& object : document["objects"]) {
             seen = seen || (object["kind"] == "segment" && object["age"].is_number() && object["rate"].get<double>() > 0);
         }
     }
