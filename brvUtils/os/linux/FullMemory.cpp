@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <google_breakpad/common/minidump_format.h>
+#include <new>
 #include <sys/mman.h>
 #include <sys/uio.h>
 
@@ -16,6 +17,14 @@ constexpr std::size_t mostStreams = 64;
 constexpr std::size_t page = 4096;
 
 alignas(16) char buffer[64 * page]; // of the copy of the process alone
+
+/// All memory as the map of it says, in pages of its own.
+struct Memory
+{
+    MemoryRange ranges[mostRanges];
+    bool plain[mostRanges];
+    UntouchedPages untouched;
+};
 
 struct MemoryListStart
 {
@@ -60,12 +69,20 @@ bool appendPages(std::uint64_t address, std::size_t size, DumpTarget& target)
     return true;
 }
 
-bool appendRange(const MemoryRange& range, DumpTarget& target, CopyNotes& notes)
+/// \param untouched null when what nobody has written to need not be zero.
+bool appendRange(const MemoryRange& range, UntouchedPages* untouched, DumpTarget& target, CopyNotes& notes)
 {
-    for (std::uint64_t at = 0; at < range.size; at += sizeof buffer) {
-        const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(sizeof buffer, range.size - at));
-        if (!appendPages(range.start + at, size, target)) {
-            return false;
+    std::uint64_t size = 0;
+    for (std::uint64_t at = 0; at < range.size; at += size) {
+        const std::uint64_t left = range.size - at;
+        size = untouched != nullptr ? untouched->from(range.start + at, left) : 0;
+        if (size > 0) {
+            target.skip(size);
+        } else {
+            size = std::min<std::uint64_t>(sizeof buffer, left);
+            if (!appendPages(range.start + at, static_cast<std::size_t>(size), target)) {
+                return false;
+            }
         }
         notes.live();
     }
@@ -97,20 +114,20 @@ bool appendWithFullMemory(int minidump, DumpTarget& target, CopyNotes& notes)
     if (pread(minidump, streams, static_cast<std::size_t>(listSize), header.stream_directory_rva) != listSize) {
         return false;
     }
-    void* room = mmap(nullptr, mostRanges * sizeof(MemoryRange), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* room = mmap(nullptr, sizeof(Memory), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (room == MAP_FAILED) {
         return false;
     }
-    auto* ranges = static_cast<MemoryRange*>(room);
-    const std::size_t count = readMemoryMap(ranges, mostRanges);
+    auto& memory = *new (room) Memory;
+    const std::size_t count = readMemoryMap(memory.ranges, memory.plain, mostRanges);
 
     // Offsets in the directory have 32 bits, so it stands before the bytes.
     const auto directoryAt = static_cast<std::uint32_t>((end + 7) / 8 * 8);
-    MDRawDirectory& memory = streams[header.stream_count++];
-    memory.stream_type = MD_MEMORY_64_LIST_STREAM;
-    memory.location.rva = directoryAt + static_cast<std::uint32_t>(header.stream_count * sizeof(MDRawDirectory));
-    memory.location.data_size = static_cast<std::uint32_t>(sizeof(MemoryListStart) + count * sizeof(MemoryRange));
-    const MemoryListStart start{count, memory.location.rva + memory.location.data_size};
+    MDRawDirectory& list = streams[header.stream_count++];
+    list.stream_type = MD_MEMORY_64_LIST_STREAM;
+    list.location.rva = directoryAt + static_cast<std::uint32_t>(header.stream_count * sizeof(MDRawDirectory));
+    list.location.data_size = static_cast<std::uint32_t>(sizeof(MemoryListStart) + count * sizeof(MemoryRange));
+    const MemoryListStart start{count, list.location.rva + list.location.data_size};
     header.stream_directory_rva = directoryAt;
     header.flags |= MD_WITH_FULL_MEMORY;
     if (pwrite(minidump, &header, sizeof header, 0) != sizeof header || !appendMinidump(minidump, target)) {
@@ -118,11 +135,12 @@ bool appendWithFullMemory(int minidump, DumpTarget& target, CopyNotes& notes)
     }
     target.skip(directoryAt - target.position());
     bool whole = target.append(streams, header.stream_count * sizeof(MDRawDirectory)) && target.append(&start, sizeof start)
-        && target.append(ranges, count * sizeof(MemoryRange));
+        && target.append(memory.ranges, count * sizeof(MemoryRange));
     for (std::size_t range = 0; whole && range < count; ++range) {
-        whole = appendRange(ranges[range], target, notes);
+        whole = appendRange(memory.ranges[range], memory.plain[range] ? &memory.untouched : nullptr, target, notes);
     }
-    munmap(room, mostRanges * sizeof(MemoryRange));
+    memory.~Memory();
+    munmap(room, sizeof(Memory));
     return whole;
 }
 
