@@ -20,7 +20,7 @@ constexpr long crashGoesOn = -1; ///< Where it happened.
 CrashFilter setCrashFilter(CrashFilter filter) noexcept;
 
 /// Gives the calling thread what a filter needs when the stack has overflowed. What is taken for it goes with the thread. Done
-/// for every thread of startThread; a second call does nothing.
+/// for every thread of startThread and of a PeriodicTimer; a second call does nothing.
 void prepareThreadForCrash() noexcept;
 
 } // namespace brvUtils::os

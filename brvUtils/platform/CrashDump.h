@@ -22,7 +22,7 @@ struct _EXCEPTION_POINTERS;
 /// From now on a crash of this process leaves a dump and ends it with exit code 0. On Linux a crash is a signal SIGSEGV, SIGBUS,
 /// SIGFPE, SIGILL, SIGABRT or SIGSYS, on Windows an exception that nobody handles; `abort()` and an exception that nobody
 /// catches are crashes on both. Call it first of all in `main`. A stack overflow leaves a dump on the thread that called this
-/// and on threads of ThreadWin32. Of threads that crash at once the first one writes, the others wait for the end.
+/// and on threads of ThreadWin32 and TimerWin32. Of threads that crash at once the first one writes, the others wait for the end.
 BRVUTILS_API void RegisterDump();
 
 /// As RegisterDump, but a crash calls the given function, on the thread that crashed or on one made for it. It may call

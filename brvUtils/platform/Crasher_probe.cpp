@@ -2,6 +2,7 @@
 // The variables are set in time; that of the user's name does not reach a program otherwise under Wine.
 
 #include "brvUtils/os/Environment.h"
+#include "brvUtils/os/PeriodicTimer.h"
 #include "brvUtils/os/Thread.h"
 #include "brvUtils/platform/CrashDump.h"
 
@@ -49,6 +50,15 @@ os::Thread* start(void (*body)(void*))
 void waitForEnd(os::Thread* thread)
 {
     os::waitThread(thread, os::infinite);
+}
+
+void overflowOnTimer()
+{
+    static std::mutex end;
+    end.lock();
+    os::PeriodicTimer* timer = nullptr;
+    os::startPeriodicTimer(timer, 1, [](void*) { overflowStack(0); }, nullptr);
+    end.lock();
 }
 
 /// Damage that the heap notices while its lock is taken, when it is asked for more: with a second thread it does take it.
@@ -123,6 +133,7 @@ const std::map<std::string, std::function<void()>> ways{
     {"null", writeNull},
     {"overflow", [] { overflowStack(0); }},
     {"overflow-on-thread", [] { waitForEnd(start([](void*) { overflowStack(0); })); }},
+    {"overflow-on-timer-thread", overflowOnTimer},
     {"divide", divideByZero},
     {"illegal", [] { __builtin_trap(); }},
     {"abort", [] { std::abort(); }},

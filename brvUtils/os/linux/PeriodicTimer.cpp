@@ -1,5 +1,6 @@
 #include "brvUtils/os/PeriodicTimer.h"
 
+#include "brvUtils/os/CrashFilter.h"
 #include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/EarlyWake.h"
 #include "brvUtils/os/linux/Errno.h"
@@ -87,6 +88,7 @@ void* beat(void* argument) noexcept
     while (!timer->known) {
         sched_yield(); // as long as this thread is no more urgent than the one that it waits for
     }
+    prepareThreadForCrash();
     sharpenThisThread();
     EarlyWake early(timer->period);
     calling = timer;

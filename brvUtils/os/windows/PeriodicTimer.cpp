@@ -1,5 +1,7 @@
 #include "brvUtils/os/PeriodicTimer.h"
 
+#include "brvUtils/os/CrashFilter.h"
+
 #include <atomic>
 #include <new>
 #include <windows.h>
@@ -19,6 +21,7 @@ struct PeriodicTimer
     void (*const call)(void*);
     void* const context;
     UINT id = 0;
+    bool beaten = false;
     std::atomic<bool> known{false}; ///< To whoever started it, who does not touch it any more.
 };
 
@@ -26,9 +29,13 @@ namespace {
 
 void CALLBACK beat(UINT, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) noexcept
 {
-    const auto* timer = reinterpret_cast<const PeriodicTimer*>(user);
+    auto* timer = reinterpret_cast<PeriodicTimer*>(user);
     while (!timer->known) {
         Sleep(1); // not 0, which would not let a less urgent thread run
+    }
+    if (!timer->beaten) { // the system makes its thread and does not say when
+        timer->beaten = true;
+        prepareThreadForCrash();
     }
     timer->call(timer->context); // which may stop the timer: it is not to be looked at again
 }

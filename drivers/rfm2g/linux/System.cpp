@@ -45,6 +45,9 @@ std::thread startThread(std::function<void()> work)
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
+    for (const int ofFault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGSYS}) {
+        sigdelset(&all, ofFault); // blocked, a fault would end the process unseen by whoever handles it
+    }
     pthread_sigmask(SIG_SETMASK, &all, &before);
     std::thread thread;
     try {
