@@ -104,9 +104,12 @@ bool writeDump(const wchar_t* path, MINIDUMP_TYPE type, EXCEPTION_POINTERS* exce
     MINIDUMP_CALLBACK_INFORMATION choice { choose, nullptr };
     // Without symbols: Wine, which finds that nobody has begun, would read those of all modules, for seconds, and add what
     // unwinds each of their functions. Windows does not look at them.
-    SymInitialize(GetCurrentProcess(), "", FALSE);
+    const bool begun = SymInitialize(GetCurrentProcess(), "", FALSE);
     const bool written = MiniDumpWriteDump(GetCurrentProcess(), GetCurrentProcessId(), file.get(), type, &information, nullptr, &choice)
         && isWhole(file.get()) && (!temporary || setTemporary(file.get(), false));
+    if (begun) {
+        SymCleanup(GetCurrentProcess()); // the program may want to begin itself
+    }
     file.close();
     if (!written) {
         DeleteFileW(path);
