@@ -1,5 +1,4 @@
 // A module that crashes, and what the supervisor makes of it.
-#include "DumpWatch.h"
 #include "Modules_test.h"
 #include "testing/TemporaryFolder.h"
 
@@ -107,25 +106,4 @@ TEST_F(Crash, withoutADumpIsADeathWithoutAPath)
         {"-modules", "display -wait 100 -silence 100, vehicle -seconds 0 -crash null -crashAfter 0.5", "-grace", "0"}, noDump);
     EXPECT_THAT(lineWith(supervisor, " dead "), HasSubstr("ended with code 0, but not by itself; starts again in 1 s"));
     EXPECT_TRUE(dumps().empty());
-}
-
-TEST(DumpWatch, findsTheNewDumpOfAProcessAndNoOther)
-{
-    const brvTesting::TemporaryFolder root("brv-dümps");
-    const std::vector<suite::EnvironmentVariable> variables = {{"STUDIO_DUMP_DIR", "elsewhere"}, {"STUDIO_DUMP_DIR", root.file()}};
-    const std::string folder = "1.6.0.0/vehicle.exe/Velora_engine_vehicle.exe_";
-    const auto watch = [&] { return suite::DumpWatch("bin/vehicle.exe", variables); };
-    EXPECT_EQ(watch().dumpOf(42), "");
-    root.write(folder + "05_03_2024-14_07_08_42_PC1_bob_1.6.0.0.dmp", "old");
-    const suite::DumpWatch dumps = watch();
-    EXPECT_EQ(dumps.dumpOf(42), "") << "another process had the number";
-
-    root.write(folder + "05_03_2024-14_07_09_421_PC1_bob_1.6.0.0.dmp", "");
-    root.write(folder + "05_03_2024-14_07_09_4_42_bob_1.6.0.0.dmp", "a computer called 42");
-    root.write(folder + "05_03_2024-14_07_09_42_PC1_bob_1.6.0.0.dmp.part", "");
-    root.write("1.6.0.0/display.exe/Velora_engine_display.exe_05_03_2024-14_07_09_42_PC1_bob_1.6.0.0.dmp", "");
-    EXPECT_EQ(dumps.dumpOf(42), "");
-    const std::string dump = root.write(folder + "05_03_2024-14_07_09_42_PC1_bob_1.6.0.0.dmp", "");
-    EXPECT_TRUE(fs::equivalent(fs::u8path(dumps.dumpOf(42)), fs::u8path(dump)));
-    EXPECT_EQ(suite::DumpWatch("vehicle.exe", {{"STUDIO_DUMP_DIR", root.file("nowhere")}}).dumpOf(42), "");
 }
