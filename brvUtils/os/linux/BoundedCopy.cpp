@@ -130,6 +130,9 @@ bool runInCopy(CopyWork work, void* argument, void (*undo)(void* argument), int 
             reap(copy);
         }
         prctl(PR_SET_PTRACER, 0);
+        if (!ended) {
+            kill(own, SIGCONT); // takes away what was to halt a thread for the copy, and would now halt them all
+        }
         success = ended && notes.result.load() == succeeded;
         if (!ended && notes.leftFile.load() && undo != nullptr) {
             undo(argument);

@@ -107,12 +107,13 @@ bool crashPathExists(const char* path) noexcept
 
 void writeCrashLine(const char* text) noexcept
 {
-    // Nobody may read it: a closed pipe would end the process with a signal, a full one would hold it.
-    sigset_t brokenPipe;
+    // Nobody may read it: a closed pipe or a file at its limit would end the process with a signal, a full pipe would hold it.
+    sigset_t ofOutput;
     sigset_t before;
-    sigemptyset(&brokenPipe);
-    sigaddset(&brokenPipe, SIGPIPE);
-    sigprocmask(SIG_BLOCK, &brokenPipe, &before);
+    sigemptyset(&ofOutput);
+    sigaddset(&ofOutput, SIGPIPE);
+    sigaddset(&ofOutput, SIGXFSZ);
+    sigprocmask(SIG_BLOCK, &ofOutput, &before);
     std::size_t left = std::strlen(text);
     pollfd output{STDERR_FILENO, POLLOUT, 0};
     while (left > 0 && poll(&output, 1, outputPatience) > 0 && (output.revents & POLLOUT) != 0) {
@@ -124,7 +125,8 @@ void writeCrashLine(const char* text) noexcept
         left -= static_cast<std::size_t>(written);
     }
     const timespec now{};
-    sigtimedwait(&brokenPipe, nullptr, &now);
+    while (sigtimedwait(&ofOutput, nullptr, &now) > 0) {
+    }
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 

@@ -6,8 +6,10 @@
 
 #include <client/linux/handler/exception_handler.h>
 #include <client/linux/minidump_writer/minidump_writer.h>
+#include <csignal>
 #include <cstring>
 #include <sys/mman.h>
+#include <unistd.h>
 
 namespace brvUtils::os {
 namespace {
@@ -25,6 +27,31 @@ struct Order
 /// One dump at a time: two would stop each other's threads.
 CrashLock writerLock;
 
+/// Ends the calling copy of the process after a time. While Breakpad halts the threads of the process nobody else could, and
+/// it waits for each of them: one that waits itself for a program to start (vfork) may not halt for long.
+class HaltLimit
+{
+public:
+    HaltLimit()
+    {
+        std::signal(SIGALRM, SIG_DFL);
+        sigset_t alarmSignal;
+        sigemptyset(&alarmSignal);
+        sigaddset(&alarmSignal, SIGALRM);
+        sigprocmask(SIG_UNBLOCK, &alarmSignal, nullptr);
+        alarm(copyPatience / 1000);
+    }
+    ~HaltLimit() { alarm(0); }
+    HaltLimit(const HaltLimit&) = delete;
+    HaltLimit& operator=(const HaltLimit&) = delete;
+};
+
+bool writeHalted(int minidump, const Order& order)
+{
+    const HaltLimit limit;
+    return google_breakpad::WriteMinidump(minidump, order.process, &order.context, sizeof order.context);
+}
+
 /// Runs in a copy of the process. The dump is made in memory, for two reasons: Breakpad does not notice a full disk, and a
 /// file should not be there before it is whole.
 bool writeDump(void* argument, CopyNotes& notes)
@@ -32,7 +59,7 @@ bool writeDump(void* argument, CopyNotes& notes)
     const Order& order = *static_cast<const Order*>(argument);
     Descriptor minidump;
     minidump.take(memfd_create("minidump", MFD_CLOEXEC));
-    if (!minidump.open() || !google_breakpad::WriteMinidump(minidump.get(), order.process, &order.context, sizeof order.context)) {
+    if (!minidump.open() || !writeHalted(minidump.get(), order)) {
         return false;
     }
     DumpTarget target;
