@@ -10,7 +10,9 @@ if(BRV_REAL_COMPANIONS)
   return()
 endif()
 
-set_target_properties(brvUtils ${BRV_STAND_INS} PROPERTIES INSTALL_RPATH "$ORIGIN")
+# The libraries lie side by side before they are installed, too. CMake would keep room for the path by empty parts, which stand
+# for the current folder.
+set_target_properties(brvUtils ${BRV_STAND_INS} PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 install(TARGETS brvUtils ${BRV_STAND_INS} EXPORT brvUtilsTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development

@@ -1,95 +1,49 @@
 #include "brvUtils/data/MatDataFile.h"
 
-#include "brvUtils/data/internal/MatText.h"
-#include "brvUtils/data/internal/MatVariables.h"
+#include "brvUtils/core/FileNames.h"
+#include "brvUtils/data/internal/MatLibrary.h"
+#include "brvUtils/os/DynamicLibrary.h"
+#include "brvUtils/startup/ModulePaths.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
-using brvUtils::MatVariables;
-
-bool isWanted(std::vector<std::string> const& wantedColumns, const std::string& name)
+/// The library that reads MAT files, which lies beside this one and stays loaded.
+struct Library
 {
-    return wantedColumns.empty() || std::find(wantedColumns.begin(), wantedColumns.end(), name) != wantedColumns.end();
-}
+    brvUtils::LoadMatFile* loadFile;
+    std::string fault; ///< Why there is none.
+};
 
-bool hasShapeOfColumns(const matvar_t& variable)
+Library openLibrary()
 {
-    return variable.dims != nullptr && (variable.rank == 2 || (variable.rank > 2 && variable.dims[1] == 1));
-}
-
-bool readTexts(MatVariables& file, matvar_t& variable, std::vector<std::string>& texts)
-{
-    std::size_t count = MatVariables::rowsOf(variable);
-    if (count == 1 && variable.rank == 2) {
-        count = variable.dims[1];
-    }
-    if (count == 0) {
-        return true;
-    }
-    if (variable.isComplex || !file.readAll(variable)) {
-        return false;
-    }
-    if (variable.data_size == 2) {
-        texts = brvUtils::charactersOf(static_cast<const std::uint16_t*>(variable.data), variable.nbytes / 2, count);
-    } else if (variable.data_size == 1) {
-        texts = brvUtils::charactersOf(static_cast<const char*>(variable.data), variable.nbytes, count);
-    }
-    return variable.data_size == 1 || variable.data_size == 2;
-}
-
-bool readLowHalves(MatVariables& file, matvar_t& variable, std::vector<int>& values)
-{
-    std::vector<std::int64_t> wide;
-    const bool read = file.read(variable, MatVariables::rowsOf(variable), wide);
-    values.resize(wide.size());
-    std::transform(wide.begin(), wide.end(), values.begin(),
-        [](std::int64_t value) { return static_cast<int>(static_cast<std::uint32_t>(value)); });
-    return read;
-}
-
-template <typename Value>
-bool readNumbers(MatVariables& file, matvar_t& variable, std::vector<Value>& values)
-{
-    return file.read(variable, MatVariables::rowsOf(variable), values);
+    const std::string path = brvUtils::getPath(brvUtils::getBrvUtilsPath()) + "/" BRV_MAT_LIBRARY;
+    const brvUtils::os::LibraryOpening opening = brvUtils::os::openLibrary(path);
+    void* const function = brvUtils::os::librarySymbol(opening.opened, brvUtils::loadMatFileName);
+    return {reinterpret_cast<brvUtils::LoadMatFile*>(function), path + (opening.opened != nullptr ? " is another library" : ": " + opening.text)};
 }
 
 } // namespace
 
 bool MatDataFile::load(std::string const& path, std::vector<std::string> const& wantedColumns)
 {
+    struct Columns final : brvUtils::MatColumns
+    {
+        explicit Columns(MatDataFile& table) : table_(table) {}
+        void begin() override { table_.clear(); }
+        void add(const std::string& name, std::vector<double>&& values) override { table_.append<double>(name).values = std::move(values); }
+        void add(const std::string& name, std::vector<int>&& values) override { table_.append<int>(name).values = std::move(values); }
+        void add(const std::string& name, std::vector<std::string>&& values) override { table_.append<std::string>(name).values = std::move(values); }
+        bool report(std::uint64_t done, std::uint64_t total) override { return table_.report(done, total); }
+        MatDataFile& table_;
+    };
+
     fileName = path;
-    MatVariables file(path);
-    if (!file.isOpen()) {
-        throw std::out_of_range("Error opening : " + path);
+    static const Library library = openLibrary();
+    if (library.loadFile == nullptr) {
+        throw std::out_of_range("Error opening : " + path + " (what reads MAT files cannot be loaded: " + library.fault + ")");
     }
-    clear();
-    std::uint64_t done = 0;
-    while (const brvUtils::MatVariable variable = file.next()) {
-        if (variable->name == nullptr || !isWanted(wantedColumns, variable->name) || !hasShapeOfColumns(*variable)) {
-            continue;
-        }
-        const auto take = [&](auto values, bool (*read)(MatVariables&, matvar_t&, decltype(values)&)) {
-            using Value = typename decltype(values)::value_type;
-            if (read(file, *variable, values)) {
-                append<Value>(variable->name).values = std::move(values);
-                done += file.elementsOf(*variable) * sizeof(Value);
-            }
-        };
-        switch (variable->class_type) {
-        case MAT_C_DOUBLE: take(std::vector<double>(), readNumbers<double>); break;
-        case MAT_C_INT32: take(std::vector<int>(), readNumbers<int>); break;
-        case MAT_C_INT64: take(std::vector<int>(), readLowHalves); break;
-        case MAT_C_CHAR: take(std::vector<std::string>(), readTexts); break;
-        default:
-            throw std::out_of_range(std::string("failed to find ") + variable->name + " class type. The Type is :"
-                + std::to_string(static_cast<int>(variable->class_type)) + "\n");
-        }
-        if (!report(std::min(done, file.size()), file.size())) {
-            return false;
-        }
-    }
-    return report(file.size(), file.size());
+    Columns taken(*this);
+    return library.loadFile(path, wantedColumns, taken);
 }
