@@ -2,6 +2,7 @@
 #include "Heartbeat.h"
 #include "Modules_test.h"
 #include "Process.h"
+#include "SupervisorRows_test.h"
 #include "testing/TemporaryFolder.h"
 
 #include <brvUtils/data/DataMatrixFactory.h>
@@ -57,9 +58,9 @@ protected:
 
 } // namespace
 
-BRV_CHILD(stopsTheRecorder)
+BRV_CHILD(asksToEnd)
 {
-    brvUtils::EventWin32 stop(suite::ModuleLinks::stopEvent("recorder").c_str(), true, false);
+    brvUtils::EventWin32 stop(suite::ModuleLinks::stopEvent(arguments[0]).c_str(), true, false);
     brvTesting::childSay(stop.set() ? "asked" : "failed");
     brvTesting::childHear(); // the event is there as long as somebody has it
     return 0;
@@ -92,7 +93,7 @@ TEST_F(Recorder, goesOnInTheFileOfAKilledOneAndWritesAllWhenItIsStopped)
     EXPECT_THAT(lineWith(recorder, "recorder: goes on in "), EndsWith("run.csv behind row " + std::to_string(static_cast<int>(last))));
     EXPECT_EQ(lineWith(recorder, "removed"), "recorder: removed 7 bytes of a row that was cut");
     awaitRows("new/run.csv", static_cast<std::ptrdiff_t>(rows) + 10);
-    brvTesting::Child stopper("stopsTheRecorder", {}, {{"STUDIO_INSTANCE", instance_}});
+    brvTesting::Child stopper("asksToEnd", {"recorder"}, {{"STUDIO_INSTANCE", instance_}});
     stopper.awaitLine("asked");
     std::istringstream end(lineWith(recorder, "recorder: stopped, "));
     EXPECT_EQ(recorder.wait(deadline), success) << recorder.errorOutput();
@@ -126,14 +127,11 @@ TEST_F(Recorder, underASupervisorAllOfARunGoToTheFileThatTheConfigurationNames)
     EXPECT_THAT(name, MatchesRegex(".*run-.*\\.csv")); // with the instance's name in front
     EXPECT_THAT(place, EndsWith("/data/recordings/" + name));
     awaitRows("data/recordings/" + name, 3);
-    std::istringstream row(lineWith(supervisor, " alive "));
-    std::string me, module;
-    double wall = 0.0;
-    std::uint32_t process = 0;
-    for (row >> me >> wall >> module >> process; module != "recorder"; row >> me >> wall >> module >> process) {
-        row = std::istringstream(lineWith(supervisor, " alive "));
-    }
-    ASSERT_TRUE(suite::killProcess(process));
+    std::optional<SupervisorRow> row;
+    do {
+        row = supervisorRow(lineWith(supervisor, " alive "));
+    } while (row && !row->shows("recorder", "alive"));
+    ASSERT_TRUE(row && suite::killProcess(row->process));
     EXPECT_THAT(lineWith(supervisor, "recorder: goes on in "), HasSubstr("/data/recordings/" + name + " behind row "));
     supervisor.kill();
     while (supervisor.readLine(deadline)) {

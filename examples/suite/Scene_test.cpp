@@ -5,6 +5,7 @@
 #include "Recording.h"
 #include "SceneCheck.h"
 #include "SensorModel.h"
+#include "SupervisorRows_test.h"
 #include "TrafficModel.h"
 #include "testing/TemporaryFolder.h"
 
@@ -36,12 +37,8 @@ protected:
     {
         std::string passed;
         while (const auto line = supervisor.readLine(deadline)) {
-            std::istringstream words(*line);
-            std::string me, name, stateNow;
-            double wall = 0.0;
-            std::uint32_t process = 0;
-            if (words >> me >> wall >> name >> process >> stateNow && me == "supervisor:" && name == module && stateNow == state) {
-                return process;
+            if (const auto row = supervisorRow(*line); row && row->shows(module, state)) {
+                return row->process;
             }
             passed += *line + "\n";
         }

@@ -12,10 +12,12 @@ namespace suite {
 
 namespace {
 
+// Each times the patience of the rules.
 constexpr double longestSilence = 1.0; // seconds between signs of life
 constexpr double tolerance = 1.5; // of the mean of ten: a busy computer is no dead module
 constexpr double startPatience = 20.0; // seconds until the first sign of life
 constexpr double endPatience = 5.0; // seconds until a module ends that was asked to
+
 constexpr double lasting = 5.0; // seconds alive after which earlier failures are forgotten
 
 constexpr std::size_t stateWidth = 10;
@@ -137,15 +139,17 @@ void SupervisedModule::lookAtSigns(double now)
         if (watchdog_ == nullptr && state_ != State::ending) {
             // Not before, or it would complain of the silence of a program that is just being loaded.
             watchdog_ = std::make_unique<brvUtils::WatchdogClient>(brvUtils::SemaphoreWin32::New,
-                ModuleLinks::watchdog(command_.name), longestSilence, ModuleLinks::signalPeriod, tolerance);
+                ModuleLinks::watchdog(command_.name), longestSilence * rules_.patience, ModuleLinks::signalPeriod,
+                tolerance * rules_.patience);
             watchdog_->startMonitoring();
         }
     }
     const bool alive = watchdog_ != nullptr && watchdog_->isAlive();
     const double lasted = now - since_;
     if (state_ == State::ending) {
-        if (lasted >= endPatience) {
-            kill("did not end within " + inSeconds(endPatience) + ", killed");
+        const double longest = endPatience * rules_.patience;
+        if (lasted >= longest) {
+            kill("did not end within " + inSeconds(longest) + ", killed");
         }
     } else if (alive) {
         become(State::alive, "");
@@ -156,8 +160,8 @@ void SupervisedModule::lookAtSigns(double now)
         become(State::dead, "no sign of life" + (rules_.grace > 0.0f ? "; killed unless signs come again within " + inSeconds(rules_.grace) : std::string()));
     } else if (state_ == State::dead && rules_.grace > 0.0f && lasted >= rules_.grace) {
         kill("killed, no sign of life for " + inSeconds(rules_.grace));
-    } else if (state_ != State::dead && lasted >= startPatience) {
-        kill("killed, no sign of life within " + inSeconds(startPatience));
+    } else if (state_ != State::dead && lasted >= startPatience * rules_.patience) {
+        kill("killed, no sign of life within " + inSeconds(startPatience * rules_.patience));
     }
 }
 

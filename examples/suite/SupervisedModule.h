@@ -28,6 +28,7 @@ struct SupervisionRules
 {
     float pause = 1.0f; ///< Seconds between a module's death and its next start.
     float grace = 3.0f; ///< Seconds without a sign of life after which a dead module's process is killed, 2 at least; 0: never.
+    float patience = 1.0f; ///< How many times longer than on an idle computer a module may take for each sign of life and for its end.
     int tries = 3; ///< After so many starts in a row of which none lasted, the module is given up.
 };
 
@@ -57,7 +58,7 @@ public:
     /// \throw brvUtils::SystemRessourcesError when a process could not be started again.
     bool look(double now);
 
-    /// Asks the process to end. One that has not done so 5 s later is killed. \return whether this changed the state.
+    /// Asks the process to end. One that has not done so 5 s later, times the patience, is killed. \return whether this changed the state.
     bool askToEnd(double now);
 
     State state() const { return state_; }

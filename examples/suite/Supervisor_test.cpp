@@ -1,6 +1,7 @@
 // The supervisor and the modules that it starts, as a user runs them.
 #include "Modules_test.h"
 #include "Process.h"
+#include "SupervisorRows_test.h"
 #include "testing/TemporaryFolder.h"
 
 #include <optional>
@@ -10,39 +11,17 @@ using testing::EndsWith;
 
 namespace {
 
-/// A row of the table.
-struct Row
+/// The last row in a text that shows the module in that state.
+SupervisorRow lastRow(const std::string& text, const std::string& module, const std::string& state)
 {
-    std::uint32_t process = 0;
-    std::string note; ///< What stands behind the state.
-};
-
-/// The row in a line, if it is one that shows the module in that state.
-std::optional<Row> parse(const std::string& line, const std::string& module, const std::string& state)
-{
-    std::istringstream words(line);
-    std::string me, name, stateNow;
-    double wall = 0.0;
-    Row row;
-    words >> me >> wall >> name >> row.process >> stateNow;
-    if (!words || me != "supervisor:" || name != module || stateNow != state) {
-        return std::nullopt;
-    }
-    std::getline(words >> std::ws, row.note);
-    return row;
-}
-
-/// The last such row in a text.
-Row lastRow(const std::string& text, const std::string& module, const std::string& state)
-{
-    std::optional<Row> last;
+    std::optional<SupervisorRow> last;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        const std::optional<Row> row = parse(line, module, state);
-        last = row ? row : last;
+        const std::optional<SupervisorRow> row = supervisorRow(line);
+        last = row && row->shows(module, state) ? row : last;
     }
     EXPECT_TRUE(last.has_value()) << module << " is never \"" << state << "\" in\n" << text;
-    return last.value_or(Row());
+    return last.value_or(SupervisorRow());
 }
 
 class Supervisor : public Modules
@@ -57,11 +36,11 @@ protected:
     }
 
     /// The next row of the table that shows the module in that state.
-    Row row(ChildProcess& supervisor, const std::string& module, const std::string& state)
+    SupervisorRow row(ChildProcess& supervisor, const std::string& module, const std::string& state)
     {
         std::string passed;
         while (const auto line = supervisor.readLine(deadline)) {
-            if (const auto row = parse(*line, module, state)) {
+            if (const auto row = supervisorRow(*line); row && row->shows(module, state)) {
                 return *row;
             }
             passed += *line + "\n";
@@ -71,9 +50,9 @@ protected:
     }
 
     /// The next row that shows the module alive with the figures of its beat.
-    Row rowWithFigures(ChildProcess& supervisor, const std::string& module)
+    SupervisorRow rowWithFigures(ChildProcess& supervisor, const std::string& module)
     {
-        Row next;
+        SupervisorRow next;
         do {
             next = row(supervisor, module, "alive");
         } while (next.process != 0 && next.note.empty());
@@ -100,10 +79,10 @@ TEST_F(Supervisor, startsAKilledModuleAgainAndLeavesNoneBehindWhenItIsKilledItse
     row(supervisor, "display", "start");
     const std::uint32_t vehicle = row(supervisor, "vehicle", "alive").process;
     ASSERT_TRUE(suite::killProcess(vehicle));
-    const Row dead = row(supervisor, "vehicle", "dead");
+    const SupervisorRow dead = row(supervisor, "vehicle", "dead");
     EXPECT_EQ(dead.process, vehicle);
     EXPECT_THAT(dead.note, HasSubstr("; starts again in 0.1 s"));
-    const Row restart = row(supervisor, "vehicle", "restart");
+    const SupervisorRow restart = row(supervisor, "vehicle", "restart");
     EXPECT_NE(restart.process, vehicle);
     EXPECT_EQ(restart.note, "start 2 of 3");
     lineWith(supervisor, "vehicle: restarted at 0 s: the vehicle before was broken off at ");
@@ -118,7 +97,7 @@ TEST_F(Supervisor, showsTheBeatsAndEndsAllInOrder)
     ChildProcess supervisor = supervise({"-modules", "display -silence 100, vehicle -seconds 0, display -p screen", "-tries", "1"});
     lineWith(supervisor, "jitter p50 us");
     lineWith(supervisor, "display: the vehicle drives ");
-    const Row beats = rowWithFigures(supervisor, "vehicle");
+    const SupervisorRow beats = rowWithFigures(supervisor, "vehicle");
     std::istringstream figures(beats.note);
     double rate = 0.0, last = 0.0, median = -1.0, most = -1.0, maximum = -1.0;
     EXPECT_TRUE(figures >> rate >> last >> median >> most >> maximum) << beats.note;

@@ -35,6 +35,7 @@ const char* const flags =
     "seconds:float:0:Ends the modules after that time, up to 100000 s, 0 when they end by themselves;"
     "pause:float:1:Seconds between the death of a module and its next start, 0 to 1000;"
     "grace:float:3:Seconds without a sign of life until a module is killed and started again, 2 to 1000, 0 never;"
+    "patience:float:1:How many times longer than on an idle computer modules may take for signs of life (20 s until the first one, then 1 s) and at their end (5 s), 1 to 1000;"
     "tries:int:3:Starts of a module in a row without 5 s of life after which all is given up;";
 
 constexpr double beatPeriod = 0.05; // seconds
@@ -157,9 +158,11 @@ int main(int argc, char** argv)
         arguments.addFloatHandler("seconds", options.seconds);
         arguments.addFloatHandler("pause", rules.pause);
         arguments.addFloatHandler("grace", rules.grace);
+        arguments.addFloatHandler("patience", rules.patience);
         arguments.addIntHandler("tries", rules.tries);
         if (!readCommandLine(arguments, me) || !withinLimits(me, "seconds", options.seconds, 0.0f, 100000.0f)
             || !withinLimits(me, "pause", rules.pause, 0.0f, 1000.0f) || (rules.grace != 0.0f && !withinLimits(me, "grace", rules.grace, 2.0f, 1000.0f))
+            || !withinLimits(me, "patience", rules.patience, 1.0f, 1000.0f)
             || !withinLimits(me, "tries", static_cast<float>(rules.tries), 1.0f, 1000.0f)) {
             return 1;
         }
