@@ -45,6 +45,12 @@ bool ObjectChoice::takes(const NamedObject& object) const
     return all || (ours && brvUtils::belongsToInstance(object, systemName(instance)));
 }
 
+std::string ObjectChoice::none() const
+{
+    const std::string whose = all ? "" : instance.empty() ? " of the suite" : " of the instance \"" + instance + "\"";
+    return "nobody has a named object" + whose + " open here";
+}
+
 void addObjectChoice(CLI::App& command, ObjectChoice& choice)
 {
     choice.instance = shownName(brvUtils::getInstanceKey());
@@ -62,7 +68,7 @@ int listObjects(Output& output, const ObjectChoice& choice, double sampleSeconds
     }
     requireSight(activity.latest());
     Table table{"objects", {{"name", "NAME"}, {"kind", "KIND"}, {"role", "ROLE"}, {"state", "STATE"}, {"size", "BYTES"}, {"holders", "HELD BY"}, {"changed", "CHANGED"}}, {},
-        "nobody has a named object open here", ""};
+        choice.none(), ""};
     for (const NamedObject& object : activity.latest().objects) {
         const bool changed = activity.of(object).changes != 0;
         const std::string seconds = Cell(sampleSeconds).shown() + " s";

@@ -15,6 +15,7 @@ struct ObjectChoice
     bool all = false; ///< Of all instances; on Windows of all programs of the session, too.
 
     bool takes(const brvUtils::NamedObject& object) const;
+    std::string none() const; ///< What people see when there are no such objects.
 };
 
 /// Adds the options. \param choice lives as long as the program.

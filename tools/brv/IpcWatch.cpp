@@ -52,7 +52,7 @@ int watchObjects(Output& output, const ObjectChoice& choice, double interval, in
         const double seconds = std::chrono::duration<double>(ObjectActivity::Clock::now() - begin).count();
         const double watched = std::chrono::duration<double>(ObjectActivity::Clock::now() - start).count();
         Table table{"objects", {{"name", "NAME"}, {"kind", "KIND"}, {"state", "STATE"}, {"size", "BYTES"}, {"holders", "HELD BY"}, {"age", "LAST CHANGE"}, {"rate", "SEEN/S"}}, {},
-            "nobody has a named object open here", ""};
+            choice.none(), ""};
         for (const brvUtils::NamedObject& object : activity.latest().objects) {
             const ObjectActivity::Seen seen = activity.of(object);
             const double rate = static_cast<double>(seen.changes) / seconds;

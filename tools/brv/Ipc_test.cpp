@@ -250,7 +250,7 @@ TEST_F(Ipc, SaysWhyThereIsNothingToBeSeen)
     }
     Result result = run({"ipc", "list"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_THAT(result.out, HasSubstr("nobody has a named object open here"));
+    EXPECT_THAT(result.out, HasSubstr("nobody has a named object of the suite open here"));
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "objects"));
     std::filesystem::create_directory(folder_.path() / "objects");
     std::filesystem::permissions(folder_.path() / "objects", std::filesystem::perms(0777));

@@ -49,6 +49,8 @@ TEST(ObjectList, FindsNothingWhereNobodyIsAndMakesNothing)
     fs::permissions(space.table().parent_path(), fs::perms(0770));
     EXPECT_EQ(listObjects().error, error::fileNotFound) << "no table";
     EXPECT_EQ(space.files(), 0);
+    std::ofstream(space.table()).close();
+    EXPECT_EQ(listObjects().error, error::fileNotFound) << "a maker that was killed before it began";
 }
 
 TEST(ObjectList, TellsWhatIsThereAndWhoHasIt)
@@ -114,7 +116,7 @@ TEST(ObjectList, AnyBytesInATableAreSurvived)
     holder.expectLine("ready");
     std::fstream file(space.table(), std::ios::in | std::ios::out | std::ios::binary);
     std::uint32_t random = 1;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 150; ++round) {
         // Behind magic and version: numbers of slots, hashes, process records, slots.
         const std::size_t places[] = {12, offsetof(Table, index), offsetof(Table, processes) + 64 * (minimumTicket % processCapacity), offsetof(Table, slots)};
         random = random * 1664525u + 1013904223u;

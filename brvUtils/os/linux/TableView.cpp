@@ -12,7 +12,8 @@ namespace brvUtils::os {
 
 namespace {
 
-constexpr int looks = 50; // at a table that is being made, and at a slot that is being filled
+constexpr int looks = 50; // at a slot that is being filled, and at a table that makes no sense
+constexpr int looksAtWork = 10'000; // at one that somebody is making: two seconds, unless that one is stopped in its midst
 
 bool readAll(int file, void* to, std::size_t count, std::size_t offset)
 {
@@ -24,7 +25,9 @@ bool readAll(int file, void* to, std::size_t count, std::size_t offset)
 ErrorCode TableView::read()
 {
     ErrorCode result = error::none;
-    for (int look = 0; look < looks; ++look) {
+    ino_t seen = 0;
+    int idle = 0; // looks at the same file that nobody is at work on
+    for (int look = 0; look < looksAtWork && idle < looks; ++look) {
         TableHeader header{};
         result = open();
         if (result == error::none) {
@@ -34,9 +37,18 @@ ErrorCode TableView::read()
             result = error::invalidData;
         }
         if (result != error::invalidData) {
-            break;
+            return result;
         }
-        constexpr timespec pause{0, 100'000}; // what is no table may be one that is just being made or removed
+        // What is no table may be one that is just being made or removed.
+        struct stat status{};
+        fstat(file_.get(), &status);
+        const bool atWork = status.st_nlink == 0 || lockedByOthers(file_.get(), tableByte, tableByte + 1);
+        idle = atWork || status.st_ino != seen ? 0 : idle + 1;
+        seen = status.st_ino;
+        if (idle == looks - 1 && status.st_size == 0 && ticketsAlive().empty()) {
+            return error::fileNotFound; // its maker has not begun yet, or was killed there
+        }
+        constexpr timespec pause{0, 100'000};
         nanosleep(&pause, nullptr);
     }
     return result;
