@@ -1,5 +1,6 @@
 #pragma once
 
+#include "brvUtils/os/linux/Deadline.h"
 #include "brvUtils/os/linux/Futex.h"
 
 namespace brvUtils::os {
@@ -9,18 +10,20 @@ namespace brvUtils::os {
 class CrashLock
 {
 public:
-    /// Waits for as long as another thread of this process has it. False when this thread has it already.
-    bool take() noexcept
+    /// Waits while another thread of this process has it. False when this thread has it already, or that other one for longer
+    /// than the patience.
+    bool take(Milliseconds patience = infinite) noexcept
     {
+        const Deadline deadline(monotonicNanoseconds(), patience);
         const std::uint64_t process = static_cast<std::uint64_t>(getpid()) << 32;
         const std::uint64_t own = process | static_cast<std::uint32_t>(gettid());
         std::uint64_t owner = 0;
         while (!owner_.compare_exchange_strong(owner, own)) {
-            if (owner == own) {
+            if (owner == own || deadline.passed()) {
                 return false;
             }
             if (owner >> 32 == process >> 32) {
-                futexWait(owner_, static_cast<std::uint32_t>(owner), nullptr);
+                futexWait(owner_, static_cast<std::uint32_t>(owner), deadline.moment());
                 owner = 0;
             }
         }

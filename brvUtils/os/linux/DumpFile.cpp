@@ -101,7 +101,8 @@ bool writeDumpFile(const char* file, DumpContents contents, _EXCEPTION_POINTERS*
         getcontext(&here);
         describe(order.context, nothing, here, gettid());
     }
-    const bool taken = writerLock.take(); // not by a thread that crashed while it had it
+    // Not had by a thread that crashed while it had it, nor when such a one waits for the crash that this dump is of.
+    const bool taken = writerLock.take(copyPatience);
     const bool written = runInCopy(writeDump, &order, removeFile);
     if (taken) {
         writerLock.give();
