@@ -4,6 +4,7 @@
 #include <StudioVersion/Version.h>
 #include <Utilities/System.h>
 #include <brvUtils/core/Errors.h>
+#include <brvUtils/data/MatDataFile.h>
 #include <brvUtils/ipc/CompositeShm.h>
 #include <brvUtils/ipc/SemaphoreWin32.h>
 #include <brvUtils/ipc/ShmAble.h>
@@ -13,6 +14,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -50,6 +53,17 @@ bool throwsAcrossTheBorder()
     return false;
 }
 
+/// What reads MAT files, which the library loads from beside it, unless it was built without.
+bool hasAllOfTheLibrary()
+{
+    try {
+        MatDataFile().load("none.mat", {});
+    } catch (const std::out_of_range& fault) {
+        return std::string(fault.what()).find("cannot be loaded") == std::string::npos;
+    }
+    return false;
+}
+
 /// The version that the build gave to this program.
 bool knowsItsVersion()
 {
@@ -66,7 +80,8 @@ int main(int argc, char** argv)
     if (argc == 3 && !knowsItsVersion()) {
         return 4;
     }
-    if (argc < 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || getMajorVersion() != 1 || getMinorVersion() < 6) {
+    if (argc < 2 || Utilities::System::GetEffectiveUserName().empty() || !throwsAcrossTheBorder() || !hasAllOfTheLibrary() ||
+        getMajorVersion() != 1 || getMinorVersion() < 6) {
         return 1;
     }
     Vehicle sender(argv[1]);
