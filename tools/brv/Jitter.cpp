@@ -129,7 +129,7 @@ Table histogram(const std::vector<double>& sorted)
         const auto end = std::lower_bound(begin, sorted.end(), to);
         const auto count = end - begin;
         if (count > 0) {
-            // By powers: single late beats are what one looks for.
+            // Logarithmic: single late beats are what one looks for.
             const double length = widest * std::log1p(static_cast<double>(count)) / std::log1p(static_cast<double>(sorted.size()));
             table.rows.push_back({from, std::isinf(to) ? Cell(nullptr, "more") : Cell(to), count, std::string(static_cast<std::size_t>(std::max(1.0, length)), '#')});
         }
@@ -174,7 +174,7 @@ void addJitter(Commands& commands)
     const auto options = std::make_shared<Options>();
     CLI::App& command = commands.add(commands.top(), {"jitter", "Measures how late the timers of this computer beat",
                                                          {"brv jitter", "brv jitter --period 500us --seconds 2 --source spin --busy", "brv jitter --json"},
-                                                         "Beat number k is due k periods after the start; lateness is counted from there. Bars grow with the power of ten."},
+                                                         "Beat number k is due k periods after the start; lateness is counted from there. The bars are\nlogarithmic, so that single late beats show."},
         [options](Output& output) { return measure(output, *options); });
     const std::map<std::string, double> units{{"us", 1e-6}, {"ms", 1e-3}, {"s", 1.0}};
     command.add_option("--period", options->period, "With its unit: us, ms or s; by default 1ms")
