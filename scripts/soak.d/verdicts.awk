@@ -7,8 +7,9 @@ $1 == "supervisor:" && $4 ~ /^[0-9]+$/ {
     if (state == "dead" && (before[module] != "dead" || lastProcess[module] != process)) {
         deaths++
         if (++seen[module, process] > 1 || !((module, process) in killed)) {
-            falseAlarms++
-            print "soak: false alarm: " $0
+            real = $6 ~ /^(ended|crashed)/ && seen[module, process] == 1 # there was a death, but not by a kill of ours
+            real ? strangeDeaths++ : falseAlarms++
+            print "soak: " (real ? "died by itself or by somebody else: " : "false alarm: ") $0
         } else {
             away[module] = process
         }
@@ -34,6 +35,7 @@ END {
         print "soak: has not come back: " module
         lost++
     }
-    printf "soak: %d kills, %d deaths seen, %d came back, %d missed, %d false alarms\n", kills, deaths, back, missed, falseAlarms
-    exit kills == 0 || missed + falseAlarms + failures + lost > 0
+    printf "soak: %d kills, %d deaths seen, %d came back, %d missed, %d false alarms, %d other deaths\n",
+        kills, deaths, back, missed, falseAlarms, strangeDeaths
+    exit kills == 0 || strangeDeaths + missed + falseAlarms + failures + lost > 0
 }

@@ -76,7 +76,7 @@ systemProcesses() {
     for process in /proc/[0-9]*; do
         { grep -qzxF "STUDIO_INSTANCE=$STUDIO_INSTANCE" "$process/environ" && mapfile -d '' words <"$process/cmdline"; } 2>/dev/null || continue
         name=$(sed -n 's/\.exe$//p' "$process/comm" 2>/dev/null) || continue
-        [[ " ${words[*]} " =~ " -p "([a-z]+)" " ]] && name=${BASH_REMATCH[1]}
+        [[ "$name" != supervisor && " ${words[*]} " =~ " -p "([a-z]+)" " ]] && name=${BASH_REMATCH[1]}
         case " supervisor ${modules[*]} " in
             *" $name "*) echo "$name ${process#/proc/}" ;;
         esac
