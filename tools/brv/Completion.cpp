@@ -3,6 +3,7 @@
 #include "BashScript.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace brvTool {
 
@@ -113,7 +114,10 @@ std::vector<std::string> completionsOf(const std::vector<std::string>& words, Co
     }
     const auto doesNotFit = [&](const std::string& name) { return name[0] != ':' && !startsWith(name, words.back()); };
     names.erase(std::remove_if(names.begin(), names.end(), doesNotFit), names.end());
-    return names;
+    std::vector<std::string> once; // each command has --help
+    std::copy_if(names.begin(), names.end(), std::back_inserter(once),
+        [&](const std::string& name) { return std::find(once.begin(), once.end(), name) == once.end(); });
+    return once;
 }
 
 } // namespace brvTool
