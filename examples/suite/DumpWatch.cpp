@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <optional>
-#include <regex>
+#include <string_view>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -43,6 +43,24 @@ std::vector<fs::path> entriesOf(const fs::path& folder)
     return entries;
 }
 
+/// Whether the name of a dump, ..._DD_MM_YYYY-HH_MM_SS_PROCESS_MACHINE_USER_VERSION.dmp, has that process.
+bool isNameOf(const std::string& dump, std::uint32_t process)
+{
+    constexpr std::string_view time = "_00_00_0000-00_00_00_"; // in which a 0 is any digit
+    const auto like = [](char character, char model) {
+        return model == '0' ? character >= '0' && character <= '9' : character == model;
+    };
+    const std::string number = std::to_string(process) + '_';
+    auto found = dump.begin();
+    while ((found = std::search(found, dump.end(), time.begin(), time.end(), like)) != dump.end()) {
+        if (dump.compare(static_cast<std::size_t>(found - dump.begin()) + time.size(), number.size(), number) == 0) {
+            return true;
+        }
+        ++found;
+    }
+    return false;
+}
+
 fs::file_time_type timeOf(const fs::path& file)
 {
     std::error_code fault;
@@ -75,11 +93,9 @@ std::vector<fs::path> DumpWatch::dumps() const
 
 std::string DumpWatch::dumpOf(std::uint32_t process) const
 {
-    // ..._DD_MM_YYYY-HH_MM_SS_PROCESS_MACHINE_USER_VERSION.dmp
-    const std::regex name("_\\d{2}_\\d{2}_\\d{4}-\\d{2}_\\d{2}_\\d{2}_" + std::to_string(process) + "_");
     fs::path newest;
     for (const fs::path& file : dumps()) {
-        if (known_.count(file) == 0 && std::regex_search(file.filename().u8string(), name)
+        if (known_.count(file) == 0 && isNameOf(file.filename().u8string(), process)
             && (newest.empty() || timeOf(file) > timeOf(newest))) {
             newest = file;
         }
