@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <memory>
 
 // Commands that look at recorded data.
@@ -60,7 +59,7 @@ int info(const DataChoice& choice, Output& output)
     for (std::size_t i = 0; i < data->getColmnCount(); ++i) {
         table.rows.push_back(describe(i + 1, *(*data)[i]));
     }
-    const std::string kind = std::filesystem::u8path(choice.file).extension().u8string().substr(1);
+    const std::string kind = choice.file.substr(choice.file.rfind('.') + 1); // also of a file that is called ".csv"
     output.show({Fields{"", {{{"file", "File"}, choice.file}, {{"kind", "Kind"}, kind},
                                 {{"bytes", "Size"}, bytes(brvUtils::fileSize(choice.file.c_str(), Utilities::Encoding::Mode::Utf8))},
                                 {{"columnCount", "Columns"}, data->getColmnCount()}, {{"rows", "Rows"}, data->getRowsCount()}}, ""},
@@ -173,9 +172,10 @@ void addData(Commands& commands)
         [choice](Output& output) { return plot(*choice, output); });
     for (CLI::App* const command : {&teller, &header, &drawer}) {
         command->add_option("FILE", choice->file, "The file, .csv, .mat or .idc")->required()->type_name("FILE");
-        command->add_option("--separator", choice->separator, "Between the fields of a .csv file, or \"tab\"; by default what its first line suggests")->type_name("CHARACTER");
+        command->add_option("--separator", choice->separator, "Between the fields of a .csv file, or \"tab\"; by default what its first line suggests")->type_name("CHARACTER")
+            ->check([](const std::string& text) { return text.size() == 1 || text == "tab" ? std::string() : "it is one character, or \"tab\""; });
     }
-    header.add_option("--rows", choice->rows, "How many rows")->capture_default_str()->type_name("COUNT");
+    header.add_option("--rows", choice->rows, "How many rows")->check(CLI::NonNegativeNumber)->capture_default_str()->type_name("COUNT");
     header.add_option("--columns", choice->columns, "Names or numbers of columns; by default the first eight")->delimiter(',')->type_name("NAMES");
     drawer.add_option("COLUMN", choice->columns, "Names or numbers of columns")->required()->type_name("NAME");
     drawer.add_option("--over", choice->over, "The column to draw them over, in place of the rows")->type_name("NAME");

@@ -1,5 +1,7 @@
 #include "Plot.h"
 
+#include "Table.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -83,7 +85,7 @@ std::string drawText(const Plot& plot, int width)
     std::string legend;
     for (std::size_t i = 0; i < plot.series.size(); ++i) {
         const char glyph = glyphs[i % (sizeof glyphs - 1)];
-        legend += fmt::format("{}{} {}", i > 0 ? "   " : "", glyph, plot.series[i].name);
+        legend += fmt::format("{}{} {}", i > 0 ? "   " : "", glyph, printable(plot.series[i].name));
         for (const Plot::Range& range : plot.ranges(plot.series[i], places)) {
             const auto column = static_cast<std::size_t>(abscissa.place(range.x, places));
             for (int row = ordinate.place(range.least, height); row <= ordinate.place(range.most, height); ++row) {
@@ -102,7 +104,7 @@ std::string drawText(const Plot& plot, int width)
     const std::string least = fmt::format("{:.5g}", abscissa.least), most = fmt::format("{:.5g}", abscissa.most);
     const int room = std::max(places - static_cast<int>(least.size() + most.size()), 1);
     return text + std::string(margin, ' ') + "+" + std::string(static_cast<std::size_t>(places), '-') + "\n"
-        + std::string(margin + 1, ' ') + least + fmt::format("{:^{}}", plot.over, room) + most + "\n";
+        + std::string(margin + 1, ' ') + least + fmt::format("{:^{}}", printable(plot.over), room) + most + "\n";
 }
 
 } // namespace brvTool

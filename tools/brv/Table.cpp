@@ -30,12 +30,6 @@ std::size_t widthOf(const std::string& text)
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); }));
 }
 
-std::string printable(std::string text)
-{
-    std::replace_if(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f; }, '?');
-    return text;
-}
-
 Text textOf(const Cell& cell)
 {
     return {printable(cell.shown()), cell.value.is_number(), cell.tone};
@@ -138,7 +132,7 @@ void print(std::string& out, const Fields& fields, const TableStyle& style)
     for (const auto& [label, cell] : fields.values) {
         Text value = textOf(cell);
         value.right = false;
-        rows.push_back({Text{label.title}, std::move(value)});
+        rows.push_back({Text{printable(label.title)}, std::move(value)});
     }
     out += fields.title.empty() ? "" : printable(fields.title) + "\n";
     if (!rows.empty()) {
@@ -156,7 +150,7 @@ void print(std::string& out, const Table& table, const TableStyle& style)
     std::vector<Row> rows(1);
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const bool right = std::all_of(table.rows.begin(), table.rows.end(), [&](const auto& row) { return row[i].value.is_number() || row[i].value.is_null(); });
-        rows.front().push_back({table.columns[i].title, right});
+        rows.front().push_back({printable(table.columns[i].title), right});
     }
     for (const std::vector<Cell>& cells : table.rows) {
         Row row;
@@ -175,6 +169,12 @@ void print(std::string& out, const Lines& lines, const TableStyle&)
 }
 
 } // namespace
+
+std::string printable(std::string text)
+{
+    std::replace_if(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f; }, '?');
+    return text;
+}
 
 std::string toText(const Answer& answer, const TableStyle& style)
 {

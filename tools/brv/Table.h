@@ -17,4 +17,7 @@ struct TableStyle
 /// contain come out as "?".
 std::string toText(const Answer& answer, const TableStyle& style);
 
+/// The text with a "?" in place of each control character: names in files may hold what a terminal obeys.
+std::string printable(std::string text);
+
 } // namespace brvTool

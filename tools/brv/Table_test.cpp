@@ -19,6 +19,7 @@ TEST(Answer, fitsTheTerminalAndKeepsItWhole)
     const Answer answer{Table{"rows", {{"a", "A"}, {"b", "B"}}, {{"short", "some words that go on and on"}, {"/a/long/path/to/somewhere", "\x1b[31m\n"}}, "", ""}};
     const std::string text = toText(answer, {30, false});
     EXPECT_EQ(text.find('\x1b'), std::string::npos);
+    EXPECT_EQ(toText({Table{"", {{"a", "\x1b[2J"}}, {{1}}, "", ""}, Fields{"", {{{"a", "\x1b[2J"}, 1}}, ""}}, {}), "?[2J\n   1\n\n?[2J  1\n") << "names of columns are from files, too";
     for (std::size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1) {
         EXPECT_LE(end - begin, 30u) << text;
     }

@@ -110,6 +110,7 @@ TEST_F(Tool, saysByItsExitCodeAndInADocumentWhatIsWrong)
     for (const Arguments& wrong : {Arguments{}, {"nonsense"}, {"config"}, {"data", "head"}, {"config", "list", "--nonsense"}, {"--completion", "ash"}}) {
         EXPECT_THAT(document(wrong, 2)["error"], Not(IsEmpty()));
     }
+    EXPECT_THAT(run({}).err, HasSubstr("config")) << "who knows no command sees which there are";
     const Result missing = run({"data", "info", folder_.file("none.csv")});
     EXPECT_EQ(missing.code, 1u);
     EXPECT_EQ(missing.out, "");
@@ -185,6 +186,11 @@ TEST_F(Tool, looksIntoRecordedData)
     for (const Arguments& wrong : {Arguments{"data", "plot", file, "name"}, {"data", "plot", file, "speeds"}, {"data", "plot", file, "1", "--output", "x.bmp"}, {"data", "info", folder_.file("a/Process.xfg")}}) {
         EXPECT_THAT(document(wrong, 1)["error"], Not(IsEmpty()));
     }
+    folder_.write("odd/.csv", "a,\x1b[2J\n1,2\n");
+    EXPECT_EQ(document({"data", "info", folder_.file("odd/.csv")})["kind"], "csv");
+    EXPECT_THAT(run({"data", "head", folder_.file("odd/.csv")}).out + run({"data", "plot", folder_.file("odd/.csv"), "2", "--over", "2"}).out, Not(HasSubstr("\x1b")));
+    document({"data", "head", file, "--rows", "-1"}, 2);
+    document({"data", "head", file, "--separator", "semicolon"}, 2);
     const Result drawn = run({"data", "plot", file, "speed", "--output", folder_.file("x.svg")});
     EXPECT_TRUE(drawn.code == 0 ? folder_.read("x.svg").find("<svg") != std::string::npos : drawn.err.find("gnuplot") != std::string::npos) << drawn.err;
 }
@@ -193,6 +199,8 @@ TEST_F(Tool, showsVersionInformation)
 {
     const Json version = document({"version", brvTesting::thisProgram(), folder_.file("drive.csv")}, 1);
     EXPECT_EQ(version["files"].size(), 2u);
+    const auto me = std::filesystem::u8path(brvTesting::thisProgram());
+    EXPECT_EQ(document({"version", (me.parent_path() / ("brv" + me.extension().string())).u8string()})["files"][0]["InternalName"], "brv_program");
     EXPECT_THAT(version["files"][1]["error"].get<std::string>(), HasSubstr("drive.csv"));
 }
 

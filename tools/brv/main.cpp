@@ -5,6 +5,7 @@
 #include <Utilities/Encoding.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,9 @@ int run(CLI::App& app, Commands& commands, const std::vector<std::string>& argum
         return good;
     }
     if (!commands.chosen()) {
+        if (!output.json()) {
+            std::fputs((app.help() + "\n").c_str(), stderr);
+        }
         output.complain("no command is given; --help lists them");
         return wrongCommandLine;
     }
