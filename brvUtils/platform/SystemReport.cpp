@@ -41,6 +41,9 @@ SystemFinding dumps()
     if (os::environmentVariable("STUDIO_DISABLE_DUMP")) {
         return {SystemFinding::State::warning, "crash dumps", "STUDIO_DISABLE_DUMP is defined: a crash leaves no dump", "remove the variable STUDIO_DISABLE_DUMP"};
     }
+    if (os::environmentVariable("STUDIO_PROCESS_DUMP_LEVEL") == "NONE") {
+        return {SystemFinding::State::warning, "crash dumps", "STUDIO_PROCESS_DUMP_LEVEL is NONE: a crash leaves no dump", "remove the variable STUDIO_PROCESS_DUMP_LEVEL"};
+    }
     const fs::path folder = dumpFolder();
     fs::path there = folder;
     std::error_code ignored;

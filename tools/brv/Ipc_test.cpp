@@ -260,6 +260,10 @@ TEST_F(Ipc, SaysWhyThereIsNothingToBeSeen)
         EXPECT_THAT(result.err, HasSubstr("may not be used")) << command;
     }
     EXPECT_THAT(run({"ipc", "list", "--json"}).out, HasSubstr("\"error\""));
+    EXPECT_EQ(run({"ports"}).code, 1) << "not that nobody has a port";
+    EXPECT_THAT(run({"doctor"}).out, HasSubstr("chmod 2770"));
+    std::filesystem::permissions(folder_.path() / "objects", std::filesystem::perms(0770));
+    EXPECT_THAT(run({"doctor"}).out, Not(HasSubstr("chmod")));
 }
 
 TEST_F(Ipc, PortsTellsWhoHasThem)

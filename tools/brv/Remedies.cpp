@@ -35,7 +35,8 @@ std::string makeFile(const std::string& path)
 
 std::string writeLine(const std::string& line, const std::string& path)
 {
-    return "echo " + line + (commandPrompt ? ">" : " > ") + pathText(path);
+    // Without quotes the shell takes [Common] for a pattern of file names; the other one would write them.
+    return "echo " + (commandPrompt ? line + ">" : quoted(line) + " > ") + pathText(path);
 }
 
 std::string makeFolder(const std::string& path)

@@ -8,7 +8,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include <sched.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <time.h>
 #include <unistd.h>
@@ -64,10 +66,11 @@ SystemFact realTime()
         return {State::good, "real time", "all priorities are allowed"};
     }
     const std::string user = effectiveUserName();
+    const auto highest = static_cast<rlim_t>(sched_get_priority_max(SCHED_RR));
     return limit.rlim_cur > 0
-        ? SystemFact{State::good, "real time", "priorities up to " + std::to_string(limit.rlim_cur) + " are allowed"}
+        ? SystemFact{State::good, "real time", "priorities up to " + std::to_string(std::min(limit.rlim_cur, highest)) + " are allowed"}
         : SystemFact{State::warning, "real time", "this user may not run at real-time priority (-rt)",
-              "echo '" + user + " - rtprio 50' | sudo tee /etc/security/limits.d/brv.conf, and log in again"};
+              "echo '" + user + " - rtprio 1' | sudo tee -a /etc/security/limits.d/brv.conf, and log in again"};
 }
 
 SystemFact timers()
@@ -91,7 +94,8 @@ bool removesObjects()
             later.push_back(file->path());
         }
     }
-    std::sort(later.begin(), later.end(), [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
+    // Of the same name the one in the later folder counts.
+    std::stable_sort(later.begin(), later.end(), [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
     files.insert(files.end(), later.begin(), later.end());
     bool removes = true;
     for (const fs::path& path : files) {
@@ -118,7 +122,7 @@ SystemFact logind()
     }
     return removesObjects()
         ? SystemFact{State::warning, subject, "logind removes this user's objects when the user's last session ends, also those of running modules",
-              "printf '[Login]\\nRemoveIPC=no\\n' | sudo tee /etc/systemd/logind.conf.d/brv.conf; sudo systemctl restart systemd-logind"}
+              "sudo mkdir -p /etc/systemd/logind.conf.d; printf '[Login]\\nRemoveIPC=no\\n' | sudo tee /etc/systemd/logind.conf.d/brv.conf; sudo systemctl restart systemd-logind"}
         : SystemFact{State::good, subject, "logind leaves objects alone"};
 }
 
@@ -135,8 +139,15 @@ SystemFact nameSpace()
     if (error == error::fileNotFound || error == error::pathNotFound) {
         return {State::good, subject, folder.path() + " is made with the first object"};
     }
-    return {State::problem, subject, folder.path() + " is no folder of this user's alone, so that no object can be made",
-        std::getenv("STUDIO_IPC_NAMESPACE") != nullptr ? "chmod 2770 " + folder.path() : "sudo rm -r " + folder.path()};
+    // Objects of running modules may be in it: rights are corrected before anything is removed.
+    const char* const chosen = std::getenv("STUDIO_IPC_NAMESPACE");
+    const bool shared = chosen != nullptr && *chosen != '\0';
+    struct stat status{};
+    const bool ours = lstat(folder.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
+    return {State::problem, subject, folder.path() + " is no folder " + (shared ? "of this user and a group" : "of this user's alone") + ", so that no object can be made",
+        ours ? (shared ? "chmod 2770 '" : "chmod 700 '") + folder.path() + "'"
+            : shared ? "export STUDIO_IPC_NAMESPACE=NAME, another one, or its owner types: chmod 2770 '" + folder.path() + "'"
+                     : "sudo rm -r '" + folder.path() + "'"};
 }
 
 } // namespace
