@@ -138,6 +138,9 @@ ErrorCode readSegment(const char* name, bool (*take)(void* context, const char* 
     if (mapping.view == nullptr || VirtualQuery(mapping.view, &region, sizeof region) == 0) {
         return GetLastError();
     }
+    if (region.State != MEM_COMMIT) {
+        return error::invalidData; // another program's, which has only reserved it: reading would be a fault
+    }
     take(context, mapping.view, region.RegionSize);
     return error::none;
 }
