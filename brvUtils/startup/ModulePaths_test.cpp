@@ -67,7 +67,7 @@ TEST(ModulePaths, NameTheLibraryAsItLiesWhereverTheLoaderLookedForIt)
     fs::create_symlink(root.path() / "there" / "libbrvUtils.so.copy", root.path() / "libbrvUtils.so.1");
     const fs::path before = fs::current_path();
     fs::current_path(root.path());
-    brvTesting::Child child("tellLibraryPath", { "/" }, { { "LD_LIBRARY_PATH", "." } });
+    brvTesting::Child child("tellLibraryPath", { "/" }, { { "LD_LIBRARY_PATH", ".:" + library.parent_path().u8string() } });
     fs::current_path(before);
     child.expectLine(root.file("there/libbrvUtils.so.copy"));
     child.expectExit(0);

@@ -10,8 +10,10 @@ namespace brvTool {
 
 namespace {
 
-/// Of a table that is no terminal's.
+/// Of pictures that are no terminal's. Tables are as wide as they like there: names that go on in the next line are found by no
+/// other program.
 constexpr int usualWidth = 110;
+constexpr int anyWidth = 1'000'000;
 
 std::string dump(const Json& document, int indent)
 {
@@ -34,7 +36,8 @@ int Output::width() const
 std::string Output::textOf(const Answer& answer) const
 {
     const char* const noColour = std::getenv("NO_COLOR");
-    return toText(answer, {width(), terminalWidth() > 0 && (noColour == nullptr || *noColour == '\0')});
+    const bool terminal = terminalWidth() > 0;
+    return toText(answer, {terminal ? width() : anyWidth, terminal && (noColour == nullptr || *noColour == '\0')});
 }
 
 void Output::show(const Answer& answer)
