@@ -1,10 +1,12 @@
 #include "Crash.h"
 
+#include <brvUtils/ipc/SemaphoreWin32.h>
+#include <brvUtils/time/ThreadWin32.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
-#include <thread>
 
 namespace suite {
 
@@ -36,9 +38,21 @@ void failUncaught() noexcept
     fail();
 }
 
+/// What a thread of the library does.
+class WriteNowhere : public brvUtils::ThreadAction
+{
+public:
+    bool execute() override
+    {
+        writeNowhere();
+        return false;
+    }
+};
+
+/// While this one goes on.
 void onOtherThread()
 {
-    std::thread(writeNowhere).join();
+    static brvUtils::ThreadWin32 thread(brvUtils::SemaphoreWin32::New, new WriteNowhere, true);
 }
 
 const struct

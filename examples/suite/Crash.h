@@ -21,7 +21,7 @@ public:
     {
     }
 
-    /// \param now seconds since the start. Does not return when that is late enough.
+    /// \param now seconds since the start. When that is late enough it does not return, or not for long where a thread crashes.
     void crashWhenDue(double now) const;
 
 private:
