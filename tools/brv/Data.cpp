@@ -62,7 +62,7 @@ int info(const DataChoice& choice, Output& output)
     const std::string kind = choice.file.substr(choice.file.rfind('.') + 1); // also of a file that is called ".csv"
     output.show({Fields{"", {{{"file", "File"}, choice.file}, {{"kind", "Kind"}, kind},
                                 {{"bytes", "Size"}, bytes(brvUtils::fileSize(choice.file.c_str(), Utilities::Encoding::Mode::Utf8))},
-                                {{"columnCount", "Columns"}, data->getColmnCount()}, {{"rows", "Rows"}, data->getRowsCount()}}, ""},
+                                {{"column_count", "Columns"}, data->getColmnCount()}, {{"rows", "Rows"}, data->getRowsCount()}}, ""},
         std::move(table)});
     return good;
 }
@@ -105,7 +105,7 @@ int head(const DataChoice& choice, Output& output)
         table.rows.push_back(std::move(cells));
     }
     const std::string shown = fmt::format("{} of {}", table.rows.size(), rows), among = fmt::format("{} of {}", columns.size(), data->getColmnCount());
-    Fields fields{"", {{{"rowCount", "Rows"}, {rows, shown}}, {{"columnCount", "Columns"}, {data->getColmnCount(), among}}}, ""};
+    Fields fields{"", {{{"row_count", "Rows"}, {rows, shown}}, {{"column_count", "Columns"}, {data->getColmnCount(), among}}}, ""};
     output.show({std::move(table), std::move(fields)});
     return good;
 }
