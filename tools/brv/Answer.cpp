@@ -57,6 +57,11 @@ void put(Json& document, const Lines& lines)
 
 } // namespace
 
+Json orNull(const std::string& text)
+{
+    return text.empty() ? Json() : Json(text);
+}
+
 std::string Cell::shown() const
 {
     return text.empty() ? textOf(value) : text;

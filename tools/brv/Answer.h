@@ -38,7 +38,7 @@ struct Cell
 /// What all values of a column, or one value, are called.
 struct Label
 {
-    std::string key; ///< In the document.
+    std::string key; ///< In the document: words in small letters with "_" between them.
     std::string title; ///< For people.
 };
 
@@ -70,6 +70,9 @@ struct Lines
 
 /// All that a command answers, from top to bottom.
 using Answer = std::vector<std::variant<Fields, Table, Lines>>;
+
+/// The text, or null for an empty one.
+Json orNull(const std::string& text);
 
 /// The answer as a document.
 Json toJson(const Answer& answer);

@@ -17,11 +17,6 @@ Cell yesNo(bool value)
     return {value, "", value ? Tone::plain : Tone::bad};
 }
 
-Json orNull(const std::string& text)
-{
-    return text.empty() ? Json() : Json(text);
-}
-
 /// What keeps a configuration from being selected; empty when nothing does.
 std::string obstacle(const EntryReport& declaration)
 {
@@ -134,7 +129,7 @@ int show(const ConfigChoice& choice, Output& output)
     }
     const ConfigurationReport report = reportConfiguration(folder);
     Fields fields{"", {{{"name", "Configuration"}, name}, {{"folder", "Folder"}, folder}, {{"version", "Version"}, report.version.toString()},
-                           {{"versionFile", "by"}, orNull(report.versionFile)}}, ""};
+                           {{"version_file", "by"}, orNull(report.versionFile)}}, ""};
     output.show({std::move(fields), std::move(declared), filesOf(folder), variablesOf(report), keywordsOf(report)});
     return good;
 }

@@ -25,11 +25,6 @@ Cell cellOf(Verdict verdict)
     }
 }
 
-Json orNull(const std::string& text)
-{
-    return text.empty() ? Json() : Json(text);
-}
-
 } // namespace
 
 Answer answerOf(const Findings& findings)
