@@ -2,8 +2,8 @@
 #include "BeatLog.h"
 #include "testing/Child.h"
 #include "testing/EnvironmentGuard.h"
+#include "testing/Program.h"
 #include "testing/TemporaryFolder.h"
-#include "testing/ThisProgram.h"
 #include "testing/UniqueName.h"
 
 #include <Utilities/System.h>
@@ -27,6 +27,7 @@ using brvTesting::Child;
 using brvTesting::childHear;
 using brvTesting::childSay;
 using nlohmann::json;
+using Result = brvTesting::ProgramResult;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -90,39 +91,15 @@ BRV_CHILD(portUser)
 
 brvUtils::os::ChildCommand program(const Arguments& arguments)
 {
-    const auto me = std::filesystem::u8path(brvTesting::thisProgram());
-    brvUtils::os::ChildCommand command;
-    command.program = (me.parent_path() / ("brv" + me.extension().string())).u8string();
-    command.arguments = arguments;
-    command.pipeInput = command.pipeOutput = command.pipeError = true;
-    return command;
+    return brvTesting::commandOf("brv", arguments);
 }
-
-struct Result
-{
-    int code = -1;
-    std::string out;
-    std::string err;
-};
 
 class Ipc : public testing::Test
 {
 protected:
     Result run(const Arguments& arguments, const std::string& input = "")
     {
-        brvUtils::os::ChildProcess process;
-        EXPECT_EQ(process.start(program(arguments)), 0u);
-        EXPECT_TRUE(input.empty() || process.write(input, 30'000));
-        process.closeInput();
-        Result result;
-        while (const auto line = process.readLine(30'000)) {
-            result.out += *line + "\n";
-        }
-        const auto end = process.wait(30'000);
-        EXPECT_EQ(end.kind, brvUtils::os::ChildExit::Kind::exited);
-        result.code = end.code;
-        result.err = process.errorOutput();
-        return result;
+        return brvTesting::runProgram(program(arguments), input);
     }
 
     json document(Arguments arguments)

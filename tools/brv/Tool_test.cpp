@@ -1,5 +1,5 @@
 // The program as a user and as other programs run it.
-#include "testing/Child.h"
+#include "testing/Program.h"
 #include "testing/TemporaryFolder.h"
 #include "testing/ThisProgram.h"
 
@@ -12,6 +12,7 @@
 
 using brvTesting::Arguments;
 using Json = nlohmann::ordered_json;
+using Result = brvTesting::ProgramResult;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -21,13 +22,6 @@ using testing::Not;
 using testing::StartsWith;
 
 namespace {
-
-struct Result
-{
-    std::uint32_t code = 99;
-    std::string out;
-    std::string err;
-};
 
 class Tool : public testing::Test
 {
@@ -51,27 +45,11 @@ protected:
 
     Result run(const Arguments& arguments)
     {
-        const auto me = std::filesystem::u8path(brvTesting::thisProgram());
-        brvUtils::os::ChildCommand command;
-        command.program = (me.parent_path() / ("brv" + me.extension().string())).u8string();
-        command.arguments = arguments;
-        command.environment = {{"STUDIO_PATH", studio_}, {"STUDIO_DUMP_DIR", folder_.file("dumps")}};
-        command.pipeOutput = command.pipeError = true;
-        brvUtils::os::ChildProcess process;
-        EXPECT_EQ(process.start(command), 0u) << command.program;
-        Result result;
-        while (const auto line = process.readLine(30'000)) {
-            result.out += *line + "\n";
-        }
-        const auto end = process.wait(30'000);
-        EXPECT_EQ(end.kind, brvUtils::os::ChildExit::Kind::exited);
-        result.code = end.code;
-        result.err = process.errorOutput();
-        return result;
+        return brvTesting::runProgram(brvTesting::commandOf("brv", arguments, {{"STUDIO_PATH", studio_}, {"STUDIO_DUMP_DIR", folder_.file("dumps")}}));
     }
 
     /// What programs get: one document and nothing else.
-    Json document(Arguments arguments, std::uint32_t code = 0)
+    Json document(Arguments arguments, int code = 0)
     {
         arguments.push_back("--json");
         const Result result = run(arguments);
@@ -104,7 +82,7 @@ protected:
 
 TEST_F(Tool, saysByItsExitCodeAndInADocumentWhatIsWrong)
 {
-    EXPECT_EQ(run({"--help"}).code, 0u);
+    EXPECT_EQ(run({"--help"}).code, 0);
     EXPECT_THAT(run({"config", "explain", "--help"}).out, HasSubstr("brv config explain data/cycles"));
     EXPECT_EQ(document({"--version"})["version"], "1.6");
     for (const Arguments& wrong : {Arguments{}, {"nonsense"}, {"config"}, {"data", "head"}, {"config", "list", "--nonsense"}, {"--completion", "ash"}}) {
@@ -112,7 +90,7 @@ TEST_F(Tool, saysByItsExitCodeAndInADocumentWhatIsWrong)
     }
     EXPECT_THAT(run({}).err, HasSubstr("config")) << "who knows no command sees which there are";
     const Result missing = run({"data", "info", folder_.file("none.csv")});
-    EXPECT_EQ(missing.code, 1u);
+    EXPECT_EQ(missing.code, 1);
     EXPECT_EQ(missing.out, "");
     EXPECT_THAT(missing.err, AllOf(StartsWith("brv: "), HasSubstr("none.csv")));
 }
@@ -141,7 +119,7 @@ TEST_F(Tool, showsConfigurationsAndWhereTheirValuesComeFrom)
 TEST_F(Tool, needsNoKeyToBePressedWithoutAList)
 {
     studio_.clear();
-    EXPECT_NE(run({"config", "list"}).code, 0u);
+    EXPECT_NE(run({"config", "list"}).code, 0);
     EXPECT_EQ(document({"config", "list", "--list", folder_.file("none.cfg")}, 1).count("error"), 1u);
 }
 
@@ -199,15 +177,14 @@ TEST_F(Tool, showsVersionInformation)
 {
     const Json version = document({"version", brvTesting::thisProgram(), folder_.file("drive.csv")}, 1);
     EXPECT_EQ(version["files"].size(), 2u);
-    const auto me = std::filesystem::u8path(brvTesting::thisProgram());
-    EXPECT_EQ(document({"version", (me.parent_path() / ("brv" + me.extension().string())).u8string()})["files"][0]["InternalName"], "brv_program");
+    EXPECT_EQ(document({"version", brvTesting::programBeside("brv")})["files"][0]["InternalName"], "brv_program");
     EXPECT_THAT(version["files"][1]["error"].get<std::string>(), HasSubstr("drive.csv"));
 }
 
 TEST_F(Tool, examinesTheComputer)
 {
     const Result result = run({"doctor", "--json"});
-    ASSERT_LE(result.code, 1u) << result.err;
+    ASSERT_LE(result.code, 1) << result.err;
     const Json report = Json::parse(result.out);
     EXPECT_THAT(each(report["findings"], "subject"), AllOf(Contains("shared memory"), Contains("real time"), Contains("timers"), Contains("card driver"), Contains("crash dumps")));
     EXPECT_EQ(report["findings"].back()["state"], "ok") << report["findings"].back();

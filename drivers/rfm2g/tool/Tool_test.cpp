@@ -1,7 +1,7 @@
 // The program as a user runs it, beside programs that have the card open.
 #include "testing/Child.h"
+#include "testing/Program.h"
 #include "testing/TemporaryFolder.h"
-#include "testing/ThisProgram.h"
 
 #include <Utilities/ConfigFile.h>
 #include <brvUtils/ipc/ShmVmic.h>
@@ -14,6 +14,7 @@
 
 using brvTesting::Arguments;
 using brvTesting::Child;
+using Result = brvTesting::ProgramResult;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -23,14 +24,6 @@ namespace {
 
 constexpr std::size_t versionSize = 2;
 constexpr std::size_t segmentSize = versionSize + sizeof(int);
-
-/// What the program said, and whether it says that it did its work.
-struct Result
-{
-    bool good = false;
-    std::string out;
-    std::string err;
-};
 
 class Card : public testing::Test
 {
@@ -53,30 +46,14 @@ protected:
 
     Result run(const Arguments& arguments)
     {
-        const auto me = std::filesystem::u8path(brvTesting::thisProgram());
-        brvUtils::os::ChildCommand command;
-        command.program = (me.parent_path() / ("rfm2g-card" + me.extension().string())).u8string();
-        command.arguments = arguments;
-        command.environment = variables(0);
-        command.pipeOutput = command.pipeError = true;
-        brvUtils::os::ChildProcess process;
-        EXPECT_EQ(process.start(command), 0u) << command.program;
-        Result result;
-        while (const auto line = process.readLine(30'000)) {
-            result.out += *line + "\n";
-        }
-        const auto end = process.wait(30'000);
-        EXPECT_EQ(end.kind, brvUtils::os::ChildExit::Kind::exited);
-        result.good = end.code == 0;
-        result.err = process.errorOutput();
-        return result;
+        return brvTesting::runProgram(brvTesting::commandOf("rfm2g-card", arguments, variables(0)));
     }
 
     /// What it says when it does its work.
     std::string out(const Arguments& arguments)
     {
         const Result result = run(arguments);
-        EXPECT_TRUE(result.good) << result.err;
+        EXPECT_EQ(result.code, 0) << result.err;
         EXPECT_EQ(result.err, "");
         return result.out;
     }
@@ -85,7 +62,7 @@ protected:
     std::string refusal(const Arguments& arguments)
     {
         const Result result = run(arguments);
-        EXPECT_FALSE(result.good);
+        EXPECT_NE(result.code, 0);
         EXPECT_EQ(result.out, "");
         EXPECT_THAT(result.err, StartsWith("rfm2g-card: "));
         EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
