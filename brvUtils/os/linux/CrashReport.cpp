@@ -1,6 +1,7 @@
 #include "brvUtils/os/CrashReport.h"
 
 #include "brvUtils/os/linux/BoundedCopy.h"
+#include "brvUtils/os/linux/DeletedFile.h"
 
 #include <algorithm>
 #include <climits>
@@ -77,20 +78,14 @@ bool crashVariable(const char* name, char* text, std::size_t size) noexcept
 bool crashModuleName(char* text, std::size_t size) noexcept
 {
     char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
     if (length <= 0) {
         text[0] = '\0';
         return false;
     }
-    path[length] = '\0';
-    constexpr char gone[] = " (deleted)";
-    const auto kept = static_cast<std::size_t>(length) - (sizeof gone - 1);
-    if (static_cast<std::size_t>(length) >= sizeof gone && std::strcmp(path + kept, gone) == 0) {
-        path[kept] = '\0';
-    }
-    const char* slash = std::strrchr(path, '/');
-    const char* name = slash != nullptr ? slash + 1 : path;
-    assign(name, std::strlen(name), text, size);
+    std::string_view name = withoutDeletedMark({ path, static_cast<std::size_t>(length) });
+    name.remove_prefix(name.rfind('/') + 1); // nothing without a separator
+    assign(name.data(), name.size(), text, size);
     return true;
 }
 

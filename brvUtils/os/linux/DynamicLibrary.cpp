@@ -1,8 +1,8 @@
 #include "brvUtils/os/DynamicLibrary.h"
 
+#include "brvUtils/os/linux/DeletedFile.h"
 #include "brvUtils/os/linux/NativePath.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <dlfcn.h>
@@ -34,14 +34,8 @@ std::string fileOfMapping(const std::string& line)
     if (begin == std::string::npos) {
         return {};
     }
-    std::string file = line.substr(begin);
-    // What the system appends when the file has gone or another has taken its place.
-    const std::string gone = " (deleted)";
-    const std::size_t end = file.size() - std::min(file.size(), gone.size());
-    if (file.compare(end, gone.size(), gone) == 0 && access(file.c_str(), F_OK) != 0) {
-        file.resize(end);
-    }
-    return file;
+    const std::string file = line.substr(begin);
+    return access(file.c_str(), F_OK) == 0 ? file : std::string(withoutDeletedMark(file));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "brvUtils/os/OtherProcesses.h"
 
 #include "brvUtils/os/ProcessLife.h"
+#include "brvUtils/os/linux/DeletedFile.h"
 #include "brvUtils/os/linux/NumberedEntries.h"
 
 #include <cerrno>
@@ -39,9 +40,7 @@ bool runs(int folder, const std::string& id, std::string_view name)
         return errno == EACCES && goesBy(folder, id, name);
     }
     const std::string_view file = lastPart({ buffer, static_cast<std::size_t>(length) });
-    // What the system appends when the file has gone or another has taken its place.
-    constexpr std::string_view gone = " (deleted)";
-    return file.substr(0, name.size()) == name && (file.size() == name.size() || file.substr(name.size()) == gone);
+    return file == name || (file.substr(0, name.size()) == name && file.substr(name.size()) == deletedMark);
 }
 
 /// What the threads of a process do.
