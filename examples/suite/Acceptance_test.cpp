@@ -67,12 +67,12 @@ protected:
             {"STUDIO_INSTANCE", instance_}, {"STUDIO_IPC_NAMESPACE", folder_.file("objects")}};
     }
 
-    std::vector<fs::path> files() const
+    std::vector<std::string> files() const
     {
-        std::vector<fs::path> found;
+        std::vector<std::string> found;
         for (const auto& entry : fs::recursive_directory_iterator(folder_.path())) {
             if (!entry.is_directory()) {
-                found.push_back(fs::relative(entry.path(), folder_.path()));
+                found.push_back(fs::relative(entry.path(), folder_.path()).generic_u8string());
             }
         }
         std::sort(found.begin(), found.end());
@@ -178,7 +178,7 @@ protected:
     }
 
     brvTesting::TemporaryFolder folder_{"brv täst"};
-    std::vector<fs::path> before_; ///< The files of the suite.
+    std::vector<std::string> before_; ///< The files of the suite.
     ChildProcess supervisor_;
     std::string said_;
     std::map<std::string, SupervisorRow> now_; ///< The last row of each module.
@@ -254,13 +254,12 @@ TEST_F(Acceptance, theSuiteOutlivesACrashAndTheDeathOfEachModule)
     checkRecording();
 
     // Nothing but the recording and the dump that was named.
-    std::vector<fs::path> after = files(), added;
+    std::vector<std::string> after = files(), added;
     std::set_difference(after.begin(), after.end(), before_.begin(), before_.end(), std::back_inserter(added));
-    ASSERT_EQ(added.size(), 2u) << added.front() << " ...";
-    EXPECT_EQ(added[1].generic_u8string(), "suite/data/recordings/run.csv");
+    ASSERT_THAT(added, ElementsAre(EndsWith(".dmp"), "suite/data/recordings/run.csv"));
     const std::size_t place = said_.find("crashed, dump ") + std::string("crashed, dump ").size();
     const std::string dump = said_.substr(place, said_.find(".dmp;", place) + 4 - place);
-    EXPECT_TRUE(fs::equivalent(fs::u8path(dump), folder_.path() / added[0])) << dump;
+    EXPECT_TRUE(fs::equivalent(fs::u8path(dump), folder_.path() / fs::u8path(added[0]))) << dump;
 }
 
 TEST_F(Acceptance, aModuleThatHangsIsFoundKilledAndStartedAgain)
@@ -270,13 +269,13 @@ TEST_F(Acceptance, aModuleThatHangsIsFoundKilledAndStartedAgain)
     ASSERT_TRUE(await("sensor", "alive"));
     const std::uint32_t process = now_["sensor"].process;
     ASSERT_TRUE(ProcessWin32::suspend(process));
-    ASSERT_TRUE(await("sensor", "dead"));
-    EXPECT_THAT(said_, HasSubstr("no sign of life; killed unless signs come again within 2 s\n"));
-    while (now_["sensor"].state == "dead" && now_["sensor"].process == process) {
+    // On a busy computer it may have been silent for long before, and have come back.
+    while (now_["sensor"].process == process) {
         const auto line = supervisor_.readLine(deadline);
         ASSERT_TRUE(line) << said_ << supervisor_.errorOutput();
         take(*line);
     }
+    EXPECT_THAT(said_, HasSubstr("no sign of life; killed unless signs come again within 2 s\n"));
     EXPECT_THAT(said_, HasSubstr("killed, no sign of life for 2 s; starts again at once\n"));
     ASSERT_TRUE(await("sensor", "alive"));
     EXPECT_NE(now_["sensor"].process, process);
