@@ -54,7 +54,8 @@ END {
             climb, change[5], change[6], bad ? "GROWS" : "flat"
         worst += bad
     }
-    bad = known == 0 || grew(names[1], 7)
-    printf "soak: named objects: %s, %s; %d looks at all of it\n", change[7], bad ? "GROW" : "flat", count[names[1]]
+    none = known == 0 || value[names[1], count[names[1]], 7] + 0 == 0 # nobody has seen those that there must be
+    bad = none || grew(names[1], 7)
+    printf "soak: named objects: %s, %s; %d looks at all of it\n", change[7], none ? "NOT SEEN" : bad ? "GROW" : "flat", count[names[1]]
     exit worst + bad > 0
 }

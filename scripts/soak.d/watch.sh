@@ -91,8 +91,9 @@ systemProcesses() {
 # takeFigures SECONDS KILLS: a line for each process, and one for the names.
 takeFigures() {
     local module process objects
-    objects=$("${runner[@]}" "$build/bin/brv$suffix" ipc list --json </dev/null 2>/dev/null \
-        | awk '/"kind":/ { ++count } /"left_over":/ { count += $2 } END { print count + 0 }')
+    objects=$("${runner[@]}" "$build/bin/brv$suffix" ipc list --json </dev/null 2>>"$folder/errors.txt" \
+        | awk '/"kind":/ { ++count } /"left_over":/ { count += $2 } END { print count + 0 }') \
+        || fail "brv cannot list the named objects after $1 s; why is in $folder/errors.txt"
     systemProcesses | while read -r module process; do
         [ -r "/proc/$process/status" ] || continue
         printf '%s,%s,%s,%s,%s,%s\n' "$1" "$2" "$module" \
