@@ -1,10 +1,13 @@
 #include "brvUtils/data/MatDataFile.h"
 
 #include "brvUtils/data/MatFile_test.h"
+#include "brvUtils/startup/ModulePaths.h"
+#include "testing/Child.h"
 #include "testing/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <limits>
 #include <stdexcept>
 
@@ -41,6 +44,15 @@ std::string failureOf(DataMatrix& matrix, const std::string& path)
     } catch (const std::out_of_range& error) {
         return error.what();
     }
+}
+
+BRV_CHILD(failsTwice)
+{
+    for (int round = 0; round < 2; ++round) {
+        MatDataFile matrix;
+        brvTesting::childSay(failureOf(matrix, "a.mat"));
+    }
+    return 0;
 }
 
 class MatDataFileTest : public testing::Test
@@ -269,6 +281,21 @@ TEST_F(MatDataFileTest, WhatIsNoMatFileCannotBeOpened)
         failureOf(other, path); // some texts look like the oldest format
         EXPECT_EQ(other.getColmnCount(), 0U);
     }
+}
+
+TEST_F(MatDataFileTest, WithoutWhatReadsThemEachFileSaysSo)
+{
+    namespace fs = std::filesystem;
+    const fs::path library = fs::u8path(brvUtils::getBrvUtilsPath());
+    if (library.extension() == ".dll") {
+        GTEST_SKIP() << "the folder of the program comes first";
+    }
+    fs::copy_file(library, folder.path() / "libbrvUtils.so.1");
+    brvTesting::Child child("failsTwice", {}, {{"LD_LIBRARY_PATH", folder.file() + ":" + library.parent_path().u8string()}});
+    const std::string text = child.readLine();
+    EXPECT_THAT(text, testing::StartsWith("Error opening : a.mat (what reads MAT files cannot be loaded: " + folder.file("libbrvUtilsMat")));
+    EXPECT_EQ(child.readLine(), text);
+    child.expectExit(0);
 }
 
 TEST_F(MatDataFileTest, NamesAreUtf8AndTakeBothSeparators)
