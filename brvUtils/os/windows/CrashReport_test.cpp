@@ -109,13 +109,3 @@ TEST_F(CrashReport, opensTheFolderOnlyWhenTheUserSaysOk)
 }
 
 } // namespace
-
-TEST(CrashReportWithoutScreen, isWrittenToTheErrorStream)
-{
-    if (screenThere()) {
-        GTEST_SKIP() << "there is a screen";
-    }
-    const brvTesting::CapturedOutput captured;
-    os::showCrashReport("a\r\nb", "C:\\");
-    EXPECT_EQ(captured.err(), "a\nb\n");
-}
