@@ -109,3 +109,17 @@ TEST_F(CrashReport, opensTheFolderOnlyWhenTheUserSaysOk)
 }
 
 } // namespace
+
+/// As services have it: a window station that nobody sees.
+TEST(CrashReportWithoutScreen, isWrittenToTheErrorStream)
+{
+    const HWINSTA before = GetProcessWindowStation();
+    const HWINSTA unseen = CreateWindowStationW(nullptr, 0, WINSTA_ALL_ACCESS, nullptr);
+    ASSERT_NE(unseen, nullptr);
+    ASSERT_TRUE(SetProcessWindowStation(unseen));
+    const brvTesting::CapturedOutput captured;
+    os::showCrashReport("a\r\nb", "C:\\");
+    EXPECT_EQ(captured.err(), "a\nb\n");
+    SetProcessWindowStation(before);
+    CloseWindowStation(unseen);
+}
